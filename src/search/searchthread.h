@@ -1,0 +1,120 @@
+// The search threads. Slot 0 is the search thread that the protocols drive: it owns the root move
+// list, iterative deepening and the reports. The other slots are the workers of the parallel search;
+// every slot has its own Board, evaluation context, killers, lines and counters.
+//
+// Threads:
+// - Fixed while a search runs: the root list, the listener, maxDepth, the iteration depth.
+// - Written only by the slot's own thread: board, killers, mate killers, pv, seldepth, counters
+//   (the counters are relaxed atomics so that the driver may sum them at any time).
+// - Written by other threads: stop (the protocol, the driver, a sibling at a split point).
+// - go and idle events: the protocol sets go and waits for idle; the thread does the opposite.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+#include "board/board.h"
+#include "eval/evalcontext.h"
+#include "platform/platform.h"
+#include "search/score.h"
+#include "search/stats.h"
+
+constexpr int MAX_THREADS = 8;
+// Fewer threads than this in use makes every node too shallow to split.
+constexpr int NO_SPLIT_DEPTH = 128;
+
+// How a protocol hears of a running search. All calls come on the search thread.
+class SearchListener {
+public:
+    virtual ~SearchListener() = default;
+    // The search has ended; best is the move to play.
+    virtual void finish(int depth, int score, Move best) = 0;
+    // A new principal variation at this depth; the line is SearchThread::principalVariation().
+    virtual void reportLine(int depth, int score, Move best) = 0;
+    // The root move with this index (from 0) is being searched.
+    virtual void reportMove(int depth, int moveIndex, Move move) = 0;
+};
+
+struct RootMove {
+    Move move;
+    int32_t nodes;         // nodes its subtree took in the last iteration
+    int32_t key;           // primary ordering key, higher first
+    int32_t secondaryKey;  // breaks ties of the primary key
+    int32_t score;         // from its last search: exact for the best move, a bound for the others
+    int32_t staticScore;   // quiescence score at set-up
+};
+
+struct SearchThread {
+    // Per-slot search state.
+    int slot = 0;
+    Board board;
+    EvalContext eval;
+    SearchStats stats;
+    std::atomic<int> stop{0};  // non-zero: unwind at once
+    int seldepth = 0;
+    Move killer[MAX_PLY][2];
+    Move mateKiller[MAX_PLY];
+    Move pv[MAX_PLY][MAX_PLY];  // pv[ply]: best move at ply and its continuation, ended by 0
+    int probePlyLimit = 2;      // bitbases are probed above this ply only for the smallest endings
+    int minSplitDepth = NO_SPLIT_DEPTH;
+    int activeSplits = 0;
+
+    // Search thread (slot 0) only.
+    int maxDepth = 0;  // 0: no limit
+    bool printStatistics = true;
+    SearchListener* listener = nullptr;
+    RootMove rootMoves[MAX_MOVES];
+    int rootCount = 0;
+    int depth = 0;  // the iteration being searched
+    int bestScore = 0;
+    uint64_t previousIterationNodes = 0;
+
+    SearchThread();
+    SearchThread(const SearchThread&) = delete;
+    SearchThread& operator=(const SearchThread&) = delete;
+
+    // Starts the thread once; it then sleeps until a search is started.
+    void boot();
+    // Searches gameBoard under the limits of timeControl and maxDepth. Synchronous runs the search on
+    // the calling thread; otherwise the search thread is woken and this returns at once.
+    void startSearch(bool synchronous);
+    // The ponder move was played: the search goes on as a timed one.
+    void ponderhit();
+    // Asks every thread to stop and waits until the search has ended.
+    void stopSearch();
+    // Waits until no search runs.
+    void waitIdle();
+    bool isIdle() { return idle.isSet(); }
+
+    // The result, valid once the search has reported it.
+    Move bestMove() const { return rootCount > 0 ? rootMoves[0].move : NO_MOVE; }
+    Move ponderMove() const { return rootCount > 0 && pv[0][0] == bestMove() ? pv[0][1] : NO_MOVE; }
+    // The current line, ended by a 0 word.
+    const Move* principalVariation() const { return pv[0]; }
+
+    // Runs one search on this thread: set-up, iterative deepening, finish.
+    void search();
+    // Clears counters, killers and mate killers before a search.
+    void clearRecord();
+
+private:
+    platform::Event go;
+    platform::Event idle;
+    std::atomic<bool> booted{false};
+
+    void threadBody();
+};
+
+extern SearchThread searchThreads[MAX_THREADS];
+// The search thread the protocols drive (slot 0).
+extern SearchThread& searchThread;
+
+// Nodes of all threads, interior plus quiescence.
+uint64_t totalNodes();
+// Sets every thread's stop flag.
+void stopAllThreads();
+// Waits until every worker has finished its part of the search.
+void waitForWorkers();
+
+int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Move lastMove, int nodeType);
+int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, Move lastMove);
