@@ -1,0 +1,58 @@
+// How long the current search may run. The protocol hands in the clock; five phase limits come out
+// of it, and the one of the current phase is the live limit that the search polls.
+//
+// Threads: the protocol thread sets the clock and calls start() while no search runs, and calls
+// ponderhit() while one does. The search thread reads limit and startTick and moves the phase.
+// limit, startTick, phase and infinite are therefore atomic; everything else is written only while
+// the search is idle.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+class TimeControl {
+public:
+    static constexpr uint32_t NO_LIMIT = 0xFFFFFFFF;
+    static constexpr int PHASES = 5;
+    static constexpr int NORMAL_PHASE = 2;
+    static constexpr int FAIL_HIGH_PHASE = 3;
+    static constexpr int PANIC_PHASE = 4;
+
+    std::atomic<uint32_t> limit{5000};  // live limit in ms, NO_LIMIT for none
+    std::atomic<uint32_t> startTick;
+    int incMs = 0;
+    int clockMs = 5000;
+    int reserveMs = 0;
+    int movesToGo = 1;
+    int outOfBook = 0;  // own moves played since the game left the book; 0 = unknown or still in book
+    int phaseLimit[PHASES] = {1562, 3125, 5000, 5000, 5000};
+    float phaseFactor[PHASES] = {0.25f, 0.5f, 1.0f, 2.0f, 4.0f};
+    std::atomic<int> phase{NORMAL_PHASE};
+    std::atomic<bool> infinite{false};  // analysis and pondering: no limit at all
+    bool canPonder = false;             // pondering earns each move a larger share of the clock
+    int lastScore = 0;
+    int prevScore = 0;
+    int iteration = 0;
+
+    TimeControl();
+
+    void start();
+    void setClock(int moves, int clock, int increment);
+    void setMoveTime(int ms);
+    void setIteration(int depth) { iteration = depth; }
+    // After a completed iteration: whether another one may start.
+    bool nextIteration(int score);
+    void enterFailHighPhase();
+    void leaveFailHighPhase();
+    void checkScoreDrop(int score);
+    void ponderhit();
+
+    uint32_t elapsed() const;
+    bool outOfTime() const { return elapsed() > limit.load(std::memory_order_relaxed); }
+
+private:
+    void setPhase(int newPhase);
+    void publishLimit(bool reportPhaseChange);
+};
+
+extern TimeControl timeControl;
