@@ -1,0 +1,55 @@
+// Making and taking back moves. Every caller takes moves back with takeBack, restoring the SavedState
+// it took before makeMove.
+#pragma once
+
+#include "board/board.h"
+#include "board/move.h"
+#include "board/tables.h"
+
+// The fields makeMove changes that cannot be recomputed on the way back; held by the caller.
+struct SavedState {
+    uint32_t epSquare;
+    uint8_t castling;
+    uint16_t lastIrreversible;
+    uint64_t pawnHash;
+};
+
+inline SavedState saveState(const Board& board) {
+    return {board.epSquare, board.castling, board.lastIrreversible, board.pawnHash};
+}
+
+// Plays a generated move. Returns 0 when it is illegal (the board is then unchanged), else the move
+// with its check bits for the side now to move.
+Move makeMove(Board& board, Move move);
+// Puts back the squares, lists and material of a special move (promotion, en passant, castling).
+void unmakeMove(Board& board, Move move);
+
+// Takes back a move that makeMove accepted.
+inline void takeBack(Board& board, Move move, const SavedState& saved) {
+    board.sideToMove ^= 1;
+    board.epSquare = saved.epSquare;
+    board.lastIrreversible = saved.lastIrreversible;
+    board.castling = saved.castling;
+    board.pawnHash = saved.pawnHash;
+    board.ply -= 1;
+    board.hash = board.hashHistory[board.ply];
+    if (isSpecial(move)) {
+        unmakeMove(board, move);
+        return;
+    }
+    const int from = moveFrom(move);
+    const int to = moveTo(move);
+    const int captured = capturedSlot(move);
+    const uint8_t slot = board.at(to);
+    board.at(from) = slot;
+    board.pieceSquare[slot] = static_cast<uint8_t>(from);
+    board.at(to) = static_cast<uint8_t>(captured);
+    if (captured) {
+        board.pieceSquare[captured] = static_cast<uint8_t>(board.pieceSquare[captured] + SET_ASIDE);
+        board.material[board.sideToMove ^ 1] += materialWord[captured & 63];
+    }
+}
+
+// The null move: the side to move passes. Taken back with takeBackNullMove and the same SavedState.
+void makeNullMove(Board& board);
+void takeBackNullMove(Board& board, const SavedState& saved);
