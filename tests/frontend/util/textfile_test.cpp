@@ -1,0 +1,94 @@
+#include "frontend/util/textfile.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "frontend/util/log.h"
+
+namespace {
+
+std::string writeFile(const std::string& name, const std::string& content) {
+    std::string path = testing::TempDir() + "textfile_" + name;
+    FILE* file = fopen(path.c_str(), "wb");
+    fwrite(content.data(), 1, content.size(), file);
+    fclose(file);
+    return path;
+}
+
+std::vector<std::string> readAll(const std::string& content) {
+    Textfile file(writeFile("lines", content).c_str());
+    EXPECT_TRUE(file.isOpen());
+    std::vector<std::string> lines;
+    while (const char* line = file.readline()) lines.push_back(line);
+    EXPECT_EQ(file.readline(), nullptr);  // stays at the end
+    return lines;
+}
+
+// Collects what the Log writes while it is alive.
+class CapturedLog {
+  public:
+    CapturedLog() : file(tmpfile()) { Log::setStream(file); }
+    ~CapturedLog() {
+        Log::setStream(nullptr);
+        fclose(file);
+    }
+    std::string text() {
+        fflush(file);
+        rewind(file);
+        std::string all;
+        for (int c; (c = getc(file)) != EOF;) all += static_cast<char>(c);
+        return all;
+    }
+
+  private:
+    FILE* file;
+};
+
+using Lines = std::vector<std::string>;
+
+TEST(Textfile, ReturnsEachLineAndDropsAnUnterminatedLastLine) {
+    EXPECT_EQ(readAll("a\nb\n"), (Lines{"a", "b"}));
+    EXPECT_EQ(readAll("a\nb"), (Lines{"a"}));
+    EXPECT_EQ(readAll(""), Lines{});
+    EXPECT_EQ(readAll("\n\nx\n"), (Lines{"", "", "x"}));
+    EXPECT_EQ(readAll("tab\there \r\n"), (Lines{"tab\there \r"}));  // only the newline goes
+}
+
+TEST(Textfile, LongLineGrowsTheBufferAndLogsEachDoubling) {
+    std::string line(300, 'x');
+    CapturedLog log;
+    EXPECT_EQ(readAll(line + "\nnext\n"), (Lines{line, "next"}));
+    std::string logged = log.text();
+    EXPECT_NE(logged.find("Textfile.readline(): realloc 256="), std::string::npos) << logged;
+    EXPECT_NE(logged.find("Textfile.readline(): realloc 512="), std::string::npos) << logged;
+    EXPECT_EQ(std::count(logged.begin(), logged.end(), '\n'), 2) << logged;
+}
+
+TEST(Textfile, NulBytesNeitherEndTheFileNorMergeLines) {
+    std::string content("\0lead\nmid\0dle\nlast\n", 19);
+    EXPECT_EQ(readAll(content), (Lines{"", "mid", "last"}));
+}
+
+TEST(Textfile, MegabyteLineWithoutNewlineIsDropped) {
+    EXPECT_EQ(readAll("first\n" + std::string(1 << 20, 'y')), (Lines{"first"}));
+}
+
+TEST(Textfile, MissingFileIsNotOpenAndReadsNothing) {
+    Textfile file("/nonexistent/dir/file.ini");
+    EXPECT_FALSE(file.isOpen());
+    EXPECT_EQ(file.readline(), nullptr);
+}
+
+TEST(Textfile, ADirectoryReadsNothingAndReportsFailure) {
+    Textfile file(testing::TempDir().c_str());
+    EXPECT_EQ(file.readline(), nullptr);
+    if (file.isOpen()) {
+        EXPECT_TRUE(file.failed());
+    }
+}
+
+}  // namespace
