@@ -64,8 +64,8 @@ struct SearchThread {
     bool printStatistics = true;
     SearchListener* listener = nullptr;
     RootMove rootMoves[MAX_MOVES];
-    int rootCount = 0;
-    int depth = 0;  // the iteration being searched
+    std::atomic<int> rootCount{0};
+    std::atomic<int> depth{0};  // the iteration being searched; ponderhit reads both from the protocol
     int bestScore = 0;
     uint64_t previousIterationNodes = 0;
 
@@ -87,7 +87,7 @@ struct SearchThread {
     bool isIdle() { return idle.isSet(); }
 
     // The result, valid once the search has reported it.
-    Move bestMove() const { return rootCount > 0 ? rootMoves[0].move : NO_MOVE; }
+    Move bestMove() const { return rootCount.load(std::memory_order_relaxed) > 0 ? rootMoves[0].move : NO_MOVE; }
     Move ponderMove() const { return rootCount > 0 && pv[0][0] == bestMove() ? pv[0][1] : NO_MOVE; }
     // The current line, ended by a 0 word.
     const Move* principalVariation() const { return pv[0]; }
