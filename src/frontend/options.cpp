@@ -1,0 +1,69 @@
+#include "frontend/options.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "frontend/subsystem_hooks.h"
+#include "frontend/uci.h"
+#include "platform/platform.h"
+
+unsigned machineMhz = 0;
+
+namespace {
+
+// Numbers follow atoi: leading digits count, anything else is 0, an absent key is empty and so 0.
+int number(const String& value) {
+    return atoi(value.c_str());
+}
+
+void openBook(const IniFile& ini) {
+    String path = ini.get("book.file");
+    if (path.empty()) return;
+    unsigned positions = 0;
+    if (openBookFile(path.c_str(), positions))
+        printf("book found: %s, %u positions\n", path.c_str(), positions);
+    else
+        printf("could not read book file: %s\n", path.c_str());
+}
+
+void openBitbases(const IniFile& ini) {
+    String directory = ini.get("egbb.dir");
+    if (directory.empty()) return;
+    String cache = ini.get("egbb.cachemb");
+    loadBitbases(directory.c_str(), cache.empty() ? 16 : number(cache));
+}
+
+void sizeTt(const IniFile& ini) {
+    // Without the key the table keeps the size it was allocated with at start-up.
+    String megabytes = ini.get("tt.cachemb");
+    if (!megabytes.empty()) resizeTt(number(megabytes) * 1024);
+}
+
+// The request is capped by the processors present; 0 asks for one thread per processor.
+void startSearchThreads(const IniFile& ini) {
+    int requested = number(ini.get("search.nthreads"));
+    int cpus = static_cast<int>(platform::processorCount());
+    if (cpus == 0) cpus = 1;
+    int count;
+    if (cpus < requested) {
+        printf("!--only %i cpu's present, using %i searchthreads\n", cpus, cpus);
+        count = cpus;
+    } else {
+        count = requested != 0 ? requested : cpus;
+    }
+    if (count > 1) printf("!--using parallel search with %i threads!\n", count);
+    setThreads(count);
+}
+
+}  // namespace
+
+bool setOptions(const IniFile& ini) {
+    openBook(ini);
+    uci.trace = number(ini.get("uci.trace")) > 0;
+    uci.logDir = ini.get("uci.logdir");
+    openBitbases(ini);
+    sizeTt(ini);
+    machineMhz = static_cast<unsigned>(number(ini.get("machine.mhz")));
+    startSearchThreads(ini);
+    return true;
+}
