@@ -108,15 +108,6 @@ Move Book::pick(Board& board) {
     return NO_MOVE;
 }
 
-bool openBook(const char* path) {
-    if (!book.open(path)) {
-        std::printf("could not read book file: %s\n", path);
-        return false;
-    }
-    std::printf("book found: %s, %u positions\n", path, book.records());
-    return true;
-}
-
 Move consoleBookMove(Board& board) {
     if (!book.isOpen()) return NO_MOVE;
     const Move move = book.pick(board);

@@ -60,9 +60,6 @@ private:
 // The engine's book, opened from the "book.file" setting or by the book commands.
 extern Book book;
 
-// Opens path as the engine's book and says how that went.
-bool openBook(const char* path);
-
 // The book step of a search request: when the engine's book holds a move for the position, shows the
 // book's moves, prints "picked book move: " with the move and returns it; otherwise returns 0 quietly.
 // The move is not played.

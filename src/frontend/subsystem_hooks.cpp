@@ -2,14 +2,18 @@
 
 #include <algorithm>
 
+#include "book/book.h"
+
 void initTables() {}
 
 void bootSearchThread() {}
 
 void setStartPosition() {}
 
-bool openBookFile(const char*, unsigned&) {
-    return false;
+bool openBookFile(const char* path, unsigned& positions) {
+    if (!book.open(path)) return false;
+    positions = book.records();
+    return true;
 }
 
 void loadBitbases(const char*, int) {}
