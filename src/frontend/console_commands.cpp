@@ -6,6 +6,7 @@
 std::span<const ConsoleCommand> optionCommands();  // set_command.cpp
 std::span<const ConsoleCommand> quitCommands();    // quit_command.cpp
 std::span<const ConsoleCommand> helpCommands();    // help_command.cpp
+std::span<const ConsoleCommand> bookCommands();    // book_commands.cpp
 
 namespace {
 
@@ -16,6 +17,7 @@ constexpr CommandGroup groups[] = {
     optionCommands,
     quitCommands,
     helpCommands,
+    bookCommands,
 };
 
 }  // namespace
