@@ -1,0 +1,65 @@
+// Runs the engine binary as a child process for console and protocol tests: arguments, a working
+// directory and standard input go in; standard output and the exit code come back. Standard error
+// is left alone so sanitizer reports show up in the test log.
+//
+//     EngineRun run = runEngine({"my.ini"}, "set\nq\n");          // whole session at once
+//
+//     EngineProcess engine({}, directory);                         // or step by step
+//     engine.send("uci\n");
+//     ASSERT_TRUE(engine.waitFor("uciok\n"));
+//     engine.send("quit\n");
+//     EXPECT_EQ(engine.wait(), 0);
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+class EngineProcess {
+  public:
+    // Starts KELVRA_BINARY with args in directory (the current one when empty).
+    explicit EngineProcess(const std::vector<std::string>& args = {}, const std::string& directory = "");
+    EngineProcess(const EngineProcess&) = delete;
+    EngineProcess& operator=(const EngineProcess&) = delete;
+    ~EngineProcess();  // kills the engine if it still runs
+
+    // Writes text to the engine's standard input, reading its output meanwhile so neither side
+    // blocks on a full pipe. False when the engine stopped reading (it exited).
+    bool send(const std::string& text);
+
+    // Reads output until it contains text after position from; false on time-out or end of output.
+    bool waitFor(const std::string& text, int timeoutMs = 10000, size_t from = 0);
+
+    // Closes standard input, reads all remaining output and returns the exit code as main returned
+    // it (so -1, not 255). A crash or time-out fails the current test and returns a code of 1000 + signal.
+    int wait(int timeoutMs = 30000);
+
+    const std::string& output() const { return out; }
+
+  private:
+    // Moves data both ways until the deadline; stops early when done() holds.
+    template <typename Done>
+    bool pump(int timeoutMs, const Done& done);
+    void closeInput();
+
+    pid_t pid = -1;
+    int toEngine = -1;
+    int fromEngine = -1;
+    std::string pending;  // input not yet written
+    std::string out;
+};
+
+struct EngineRun {
+    std::string output;
+    int exitCode;
+};
+
+EngineRun runEngine(const std::vector<std::string>& args, const std::string& input,
+                    const std::string& directory = "");
+
+// A fresh, empty directory for one test (under the test temp directory).
+std::string scratchDirectory(const std::string& name);
+
+// Writes content to directory/name and returns the full path.
+std::string writeFile(const std::string& directory, const std::string& name, const std::string& content);

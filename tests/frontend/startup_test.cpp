@@ -1,0 +1,93 @@
+// Start-up through the real binary: command line, ini file and the options it sets.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "engine_process.h"
+#include "platform/platform.h"
+
+namespace {
+
+const std::string banner = "\nKelvra-0.3a\nthe Kelvra developers\n\n";
+
+// The start-up text up to the first prompt.
+std::string startup(const std::string& directory, const std::vector<std::string>& args = {},
+                    const std::string& input = "", int expectedExit = 0) {
+    EngineRun run = runEngine(args, input, directory);
+    EXPECT_EQ(run.exitCode, expectedExit) << run.output;
+    return run.output.substr(0, run.output.find("% "));
+}
+
+TEST(Startup, MoreThanOneArgumentPrintsUsageAndFails) {
+    std::string directory = scratchDirectory("usage");
+    EXPECT_EQ(startup(directory, {"a.ini", "b.ini"}, "", -1), banner + "Usage:  kelvra [inifile]\n");
+}
+
+TEST(Startup, DefaultAndNamedIniFiles) {
+    std::string directory = scratchDirectory("names");
+    std::string fallback = startup(directory);
+    EXPECT_EQ(fallback.rfind(banner + "inifile=kelvra.ini\ncould not load inifile: kelvra.ini\n", 0), 0u)
+        << fallback;
+    writeFile(directory, "kelvra.ini", "search.nthreads=1\n");
+    EXPECT_EQ(startup(directory), banner + "inifile=kelvra.ini\n");
+    writeFile(directory, "other.ini", "search.nthreads=1\n");
+    EXPECT_EQ(startup(directory, {"other.ini"}), banner + "inifile=other.ini\n");
+    // A missing file, a directory and an empty name: a message, then the defaults.
+    for (const std::string& bad : {std::string("missing.ini"), directory, std::string()}) {
+        std::string text = startup(directory, {bad});
+        EXPECT_NE(text.find("inifile=" + bad + "\ncould not load inifile: " + bad + "\n"), std::string::npos)
+            << text;
+    }
+}
+
+TEST(Startup, ThreadCountIsCappedByTheProcessors) {
+    int cpus = static_cast<int>(platform::processorCount());
+    std::string directory = scratchDirectory("threads");
+    std::string ini = writeFile(directory, "many.ini", "search.nthreads=" + std::to_string(cpus + 14) + "\n");
+    std::string text = startup(directory, {ini}, "set\n");
+    std::string capped = "!--only " + std::to_string(cpus) + " cpu's present, using " + std::to_string(cpus) +
+                         " searchthreads\n";
+    EXPECT_NE(text.find(capped), std::string::npos) << text;
+    if (cpus > 1) {
+        EXPECT_NE(text.find(capped + "!--using parallel search with " + std::to_string(cpus) + " threads!\n"),
+                  std::string::npos)
+            << text;
+    }
+
+    writeFile(directory, "one.ini", "search.nthreads=1\n");
+    EngineRun one = runEngine({"one.ini"}, "set\n", directory);
+    EXPECT_EQ(one.output.find("!--"), std::string::npos) << one.output;
+    EXPECT_NE(one.output.find("threads=1\n"), std::string::npos) << one.output;
+
+    // 0, absent or not a number: one thread per processor.
+    writeFile(directory, "auto.ini", "search.nthreads=two\n");
+    EngineRun automatic = runEngine({"auto.ini"}, "set\n", directory);
+    EXPECT_EQ(automatic.output.find("!--only"), std::string::npos) << automatic.output;
+    EXPECT_NE(automatic.output.find("threads=" + std::to_string(std::min(cpus, 8)) + "\n"), std::string::npos)
+        << automatic.output;
+}
+
+TEST(Startup, ABookThatCannotBeReadIsReportedAndTheEngineRunsOn) {
+    std::string directory = scratchDirectory("book");
+    writeFile(directory, "kelvra.ini", "search.nthreads=1\nbook.file = missing.bbk \n");
+    EngineRun run = runEngine({}, "q\n", directory);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_NE(run.output.find("inifile=kelvra.ini\ncould not read book file: missing.bbk\n"),
+              std::string::npos)
+        << run.output;
+}
+
+TEST(Startup, HostileIniFilesNeverCrash) {
+    std::string directory = scratchDirectory("hostile");
+    std::string binary;
+    for (int c = 0; c < 256; c++) binary += static_cast<char>(c);
+    writeFile(directory, "binary.ini", binary + "\n=\n==\n" + binary + "=" + binary + "\n");
+    EXPECT_EQ(runEngine({"binary.ini"}, "q\n", directory).exitCode, 0);
+    writeFile(directory, "huge.ini", "search.nthreads=1\n" + std::string(1 << 20, '='));
+    EXPECT_EQ(runEngine({"huge.ini"}, "q\n", directory).exitCode, 0);
+    writeFile(directory, "numbers.ini",
+              "search.nthreads=-5\ntt.cachemb=99999999999\nmachine.mhz=-1\nuci.trace=x\negbb.dir=\n");
+    EXPECT_EQ(runEngine({"numbers.ini"}, "q\n", directory).exitCode, 0);
+}
+
+}  // namespace
