@@ -2,6 +2,7 @@
 // so a book of any size costs no memory. Record layout: book/record.h.
 #include "book/book.h"
 
+#include <sys/stat.h>
 #include <sys/types.h>
 
 #include <cstdio>
@@ -15,7 +16,10 @@ bool Book::open(const char* path) {
     close();
     file = std::fopen(path, "rb");
     if (!file) return false;
-    if (fseeko(file, 0, SEEK_END) != 0 || std::ferror(file)) {
+    // A directory opens for reading here but holds no records.
+    struct stat status;
+    if (fstat(fileno(file), &status) != 0 || S_ISDIR(status.st_mode) || fseeko(file, 0, SEEK_END) != 0 ||
+        std::ferror(file)) {
         close();
         return false;
     }

@@ -1,0 +1,149 @@
+// The book file on disk: record layout, saving, the binary search with its first-record rule, probes
+// of the entry table, and damaged files.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <random>
+
+#include "board/board.h"
+#include "book/book.h"
+#include "scratch.h"
+
+namespace {
+
+using testing::internal::CaptureStdout;
+using testing::internal::GetCapturedStdout;
+
+BookEntry entry(uint64_t key, uint8_t to, uint16_t won = 1, uint16_t drawn = 0, uint16_t lost = 0) {
+    return BookEntry{key, 0x14, to, won, drawn, lost};
+}
+
+std::string saveQuietly(const ScratchDir& dir, const std::vector<BookEntry>& entries) {
+    const std::string path = dir.file("test.bbk");
+    CaptureStdout();
+    EXPECT_TRUE(Book::save(path.c_str(), entries));
+    GetCapturedStdout();
+    return path;
+}
+
+TEST(BookFile, SaveWritesBigEndianRecordsAndLeavesOutMovesWithoutGames) {
+    ScratchDir dir;
+    const std::string path = dir.file("layout.bbk");
+    const std::vector<BookEntry> entries = {
+        {0x0123456789ABCDEFull, 0x94, 0x34, 0x0102, 0x0304, 0x0506},
+        {0x1000000000000000ull, 0x06, 0x25, 0, 0, 0},
+        {0xFEDCBA9876543210ull, 0x01, 0x22, 0, 65535, 0},
+    };
+    CaptureStdout();
+    ASSERT_TRUE(Book::save(path.c_str(), entries));
+    EXPECT_EQ(GetCapturedStdout(), "saving book to " + path + "\nsaved 2 moves\n");
+
+    const std::string bytes = readText(path);
+    ASSERT_EQ(bytes.size(), 32u);
+    const std::string first("\x01\x23\x45\x67\x89\xAB\xCD\xEF\x94\x34\x01\x02\x03\x04\x05\x06", 16);
+    EXPECT_EQ(bytes.substr(0, 16), first);
+    EXPECT_EQ(readBookFile(path), (std::vector<BookEntry>{entries[0], entries[2]}));
+
+    CaptureStdout();
+    EXPECT_TRUE(Book::save(path.c_str(), {}));
+    EXPECT_EQ(GetCapturedStdout(), "saving book to " + path + "\nsaved 0 moves\n");
+    EXPECT_EQ(readText(path).size(), 0u);
+
+    const std::string nowhere = dir.file("missing/dir/book.bbk");
+    CaptureStdout();
+    EXPECT_FALSE(Book::save(nowhere.c_str(), entries));
+    EXPECT_EQ(GetCapturedStdout(), "saving book to " + nowhere + "\ncould not open file: " + nowhere + "\n");
+}
+
+TEST(BookFile, FindLocatesTheFirstRecordOfAKeyExceptAtRecordZero) {
+    ScratchDir dir;
+    // Keys with the top bit set must sort after the others: halves compare unsigned.
+    const uint64_t high = 0x8000000000000001ull;
+    const std::vector<BookEntry> entries = {entry(5, 1),  entry(5, 2),  entry(7, 3),    entry(9, 4),
+                                            entry(9, 5),  entry(9, 6),  entry(1ull << 32, 7),
+                                            entry(high, 8), entry(high, 9)};
+    Book book;
+    ASSERT_TRUE(book.open(saveQuietly(dir, entries).c_str()));
+    EXPECT_EQ(book.records(), entries.size());
+
+    EXPECT_FALSE(book.find(5)) << "records starting at record 0 are reported absent";
+    for (uint64_t missing : {uint64_t{0}, uint64_t{6}, uint64_t{8}, uint64_t{10}, high - 1, high + 1, ~uint64_t{0}}) EXPECT_FALSE(book.find(missing));
+    const std::pair<uint64_t, uint8_t> present[] = {{7, 3}, {9, 4}, {1ull << 32, 7}, {high, 8}};
+    for (auto [key, to] : present) {
+        ASSERT_TRUE(book.find(key)) << key;
+        BookRecord record;
+        ASSERT_TRUE(book.readRecord(record));
+        EXPECT_EQ(decodeRecord(record), entry(key, to)) << "positioned at the first record of the key";
+    }
+}
+
+TEST(BookFile, EntriesAreThoseOfThePositionWithTheSideToMoveFoldedIn) {
+    ScratchDir dir;
+    auto board = std::make_unique<Board>();
+    board->hash = 0x1234567800000010ull;
+    std::vector<BookEntry> entries = {entry(1, 1)};
+    entries.push_back(entry(board->hash, 2));  // the same squares with White to move
+    for (uint8_t i = 0; i < 40; i++) entries.push_back(entry(board->hash ^ 1, 10 + i));
+    entries.push_back(entry(board->hash ^ 2, 3));
+    Book book;
+    ASSERT_TRUE(book.open(saveQuietly(dir, entries).c_str()));
+
+    board->sideToMove = WHITE;
+    ASSERT_EQ(book.readEntries(*board), 1);
+    EXPECT_EQ(book.entries()[0].to, 2);
+
+    board->sideToMove = BLACK;
+    ASSERT_EQ(book.readEntries(*board), BOOK_MAX_ENTRIES) << "a probe keeps the first 32 moves";
+    for (int i = 0; i < BOOK_MAX_ENTRIES; i++) EXPECT_EQ(book.entries()[i].to, 10 + i);
+
+    board->hash = 77;
+    EXPECT_EQ(book.readEntries(*board), 0);
+}
+
+TEST(BookFile, OpeningMissingAndEmptyFiles) {
+    ScratchDir dir;
+    Book book;
+    EXPECT_FALSE(book.open(dir.file("absent.bbk").c_str()));
+    EXPECT_FALSE(book.isOpen());
+    EXPECT_FALSE(book.open(dir.path().c_str())) << "a directory is no book";
+
+    writeText(dir.file("empty.bbk"), "");
+    ASSERT_TRUE(book.open(dir.file("empty.bbk").c_str()));
+    EXPECT_EQ(book.records(), 0u);
+    EXPECT_FALSE(book.find(0));
+    auto board = std::make_unique<Board>();
+    EXPECT_EQ(book.readEntries(*board), 0);
+
+    // A trailing partial record is not counted and never read.
+    writeText(dir.file("partial.bbk"), readText(saveQuietly(dir, {entry(1, 1), entry(2, 2)})) + "\x01\x02\x03");
+    ASSERT_TRUE(book.open(dir.file("partial.bbk").c_str()));
+    EXPECT_EQ(book.records(), 2u);
+    EXPECT_TRUE(book.find(2));
+}
+
+TEST(BookFile, DamagedFilesNeverBreakAProbe) {
+    ScratchDir dir;
+    std::mt19937 random(20121);
+    auto board = std::make_unique<Board>();
+    for (int round = 0; round < 20; round++) {
+        std::string bytes(random() % 4000, '\0');
+        for (char& c : bytes) c = static_cast<char>(random());
+        // Every few rounds all keys are alike, so probes walk long runs that end at the file's end.
+        if (round % 4 == 0)
+            for (size_t at = 0; at + 16 <= bytes.size(); at += 16) bytes.replace(at, 8, 8, '\x11');
+        const std::string path = dir.file("random.bbk");
+        writeText(path, bytes);
+        Book book;
+        ASSERT_TRUE(book.open(path.c_str()));
+        EXPECT_EQ(book.records(), bytes.size() / 16);
+        for (int probe = 0; probe < 50; probe++) {
+            board->hash = probe % 2 ? 0x1111111111111111ull : (uint64_t{random()} << 32 | random());
+            board->sideToMove = 0;
+            const int n = book.readEntries(*board);
+            EXPECT_GE(n, 0);
+            EXPECT_LE(n, BOOK_MAX_ENTRIES);
+        }
+    }
+}
+
+}  // namespace
