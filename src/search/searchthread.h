@@ -60,8 +60,9 @@ struct SearchThread {
     int activeSplits = 0;
 
     // Search thread (slot 0) only.
-    int maxDepth = 0;  // 0: no limit
-    bool printStatistics = true;
+    int maxDepth = 0;            // 0: no limit
+    bool printStatistics = true;  // the statistics block in the log at the end of each search
+    bool echoLines = false;       // principal variations to standard output too (console searches)
     SearchListener* listener = nullptr;
     RootMove rootMoves[MAX_MOVES];
     std::atomic<int> rootCount{0};
@@ -103,6 +104,9 @@ private:
     std::atomic<bool> booted{false};
 
     void threadBody();
+    void generateRootMoves();
+    int startDepth();
+    void searchRoot(int depth);
 };
 
 extern SearchThread searchThreads[MAX_THREADS];

@@ -41,14 +41,27 @@ struct SearchStats {
     Counter splitNodes;
     Counter splitWaitMs;
 
-    template <typename F> void forEach(F f) {
-        for (Counter* c : {&nodes, &qnodes, &frontier, &pvNodes, &cutNodes, &allNodes, &endNodes, &ttProbes,
-                           &ttHits, &ttCuts, &ttUpdates, &ttReplacements, &ttSameAgeReplacements, &nullTries,
-                           &nullCuts, &nullNodes, &iidNodes, &firstCuts, &alphaRaises, &killerTries,
-                           &killerCuts, &reduceTries, &reduceFails, &splitNodes, &splitWaitMs})
-            f(*c);
-    }
-    void clear() {
-        forEach([](Counter& c) { c.clear(); });
-    }
+    // Adds every counter of other to this record's.
+    void accumulate(const SearchStats& other);
+    void clear();
 };
+
+inline constexpr Counter SearchStats::*ALL_COUNTERS[] = {
+    &SearchStats::nodes,      &SearchStats::qnodes,      &SearchStats::frontier,
+    &SearchStats::pvNodes,    &SearchStats::cutNodes,    &SearchStats::allNodes,
+    &SearchStats::endNodes,   &SearchStats::ttProbes,    &SearchStats::ttHits,
+    &SearchStats::ttCuts,     &SearchStats::ttUpdates,   &SearchStats::ttReplacements,
+    &SearchStats::ttSameAgeReplacements, &SearchStats::nullTries, &SearchStats::nullCuts,
+    &SearchStats::nullNodes,  &SearchStats::iidNodes,    &SearchStats::firstCuts,
+    &SearchStats::alphaRaises, &SearchStats::killerTries, &SearchStats::killerCuts,
+    &SearchStats::reduceTries, &SearchStats::reduceFails, &SearchStats::splitNodes,
+    &SearchStats::splitWaitMs,
+};
+
+inline void SearchStats::accumulate(const SearchStats& other) {
+    for (Counter SearchStats::*counter : ALL_COUNTERS) (this->*counter).add((other.*counter).get());
+}
+
+inline void SearchStats::clear() {
+    for (Counter SearchStats::*counter : ALL_COUNTERS) (this->*counter).clear();
+}

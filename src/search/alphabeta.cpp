@@ -1,0 +1,471 @@
+// The recursive tree search below the root: principal-variation alpha-beta with null move, internal
+// iterative deepening, check, single-reply, pawn-ending and recapture extensions, late-move reductions
+// guarded by threat tests, futility pruning near the leaves and a mate killer.
+#include <algorithm>
+
+#include "board/makemove.h"
+#include "board/movegen.h"
+#include "board/see.h"
+#include "board/tables.h"
+#include "eval/egbb.h"
+#include "eval/evaluate.h"
+#include "search/drawrules.h"
+#include "search/nodeutil.h"
+#include "search/picker.h"
+#include "search/searchthread.h"
+#include "search/timecontrol.h"
+#include "search/tt.h"
+
+namespace {
+
+// Futility margins by remaining depth (index 1 to 4).
+constexpr int FUTILITY_MARGIN[5] = {0, 50, 150, 450, 1150};
+// The null move searches this many plies less than the node (R = 3, plus the move itself).
+constexpr int NULL_REDUCTION = 4;
+
+// Value class of a captured piece: pawn 1, knight and bishop 3, rook 5, queen 10; 0 for no capture.
+int capturedValue(Move move) { return isCapture(move) ? seeValue[capturedSlot(move) & 63] : 0; }
+
+// Extensions decided once the move is on the board (only when the node has not been extended already
+// and enough depth is left for them to matter).
+int moveExtension(const Board& board, Move move, Move lastMove, int newDepth) {
+    if (newDepth < 3) return 0;
+    const uint32_t white = board.material[WHITE];
+    const uint32_t black = board.material[BLACK];
+    // A capture of a piece that leaves only kings and pawns: pawn endings need exact calculation.
+    if (pieceCount(white) + pieceCount(black) == 0 && isCapture(move) && !isPawnSlot(capturedSlot(move))) return 3;
+    // A recapture, when the material is about even for the depth left.
+    if ((isCapture(lastMove) || promotionKind(lastMove) != 0) && moveTo(move) == moveTo(lastMove)) {
+        const int balance = materialUnits(white) - materialUnits(black);
+        if (std::abs(balance) <= newDepth) return 1;
+    }
+    return 0;
+}
+
+// Whether a rook or queen moving from `from` to `to` attacks an enemy rook or queen along a clear line.
+bool attacksHeavyPiece(const Board& board, int from, int to, uint8_t code, int enemy) {
+    const int base = colourBase(enemy);
+    for (int first : {ROOK_SLOT, QUEEN_SLOT}) {
+        for (int slot = base + first; board.pieceSquare[slot] != NO_SQUARE; ++slot) {
+            const int target = board.pieceSquare[slot];
+            if (!onBoard(target) || target == to || !(attackMask[target - to] & code)) continue;
+            const int step = direction[target - to];
+            int square = to + step;
+            while (square != target && (square == from || board.at(square) == EMPTY)) square += step;
+            if (square == target) return true;
+        }
+    }
+    return false;
+}
+
+// Whether a quiet move is one that late-move reductions must leave alone: passed-pawn pushes, pawns
+// stepping under the cover of their own pieces, knight forks and slider attacks on heavy pieces, and
+// the threatened piece stepping away. The move is not yet made.
+bool isExemptFromReduction(SearchThread& thread, Move move, int threatSquare) {
+    Board& board = thread.board;
+    const int side = static_cast<int>(board.sideToMove);
+    const int from = moveFrom(move);
+    const int to = moveTo(move);
+    const uint8_t slot = board.at(from);
+    const uint8_t code = pieceCode[slot];
+    const uint8_t enemy = colourBit(side ^ 1);
+    if (isPawnSlot(slot)) {
+        if (passedPawnFiles(thread, side) & (1 << fileOf(from))) return true;
+        // A piece of the own side standing diagonally behind the target square guards it.
+        const int behind = to - pawnStep(side);
+        const uint8_t left = board.at(behind - 1);
+        const uint8_t right = board.at(behind + 1);
+        const bool covered = (left != EMPTY && left != OFF_BOARD && colourOfSlot(left) == side) ||
+                             (right != EMPTY && right != OFF_BOARD && colourOfSlot(right) == side);
+        return covered && see(board, side, move) >= 0;
+    }
+    if (code & KNIGHT_BIT) {
+        for (int step : KNIGHT_STEPS) {
+            const uint8_t target = pieceCode[board.at(to + step)];
+            if ((target & enemy) && (target & (ROOK_BIT | BISHOP_BIT))) return see(board, side, move) >= 0;
+        }
+    } else if ((code & ROOK_BIT) && attacksHeavyPiece(board, from, to, code, side ^ 1)) {
+        return see(board, side, move) >= 0;
+    }
+    return from == threatSquare && see(board, side, move) >= 0;
+}
+
+}  // namespace
+
+int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Move lastMove, int nodeType) {
+    Board& board = thread.board;
+    SearchStats& stats = thread.stats;
+
+    // Step 1. A stop request unwinds the whole tree.
+    if (thread.stop.load(std::memory_order_relaxed)) return 0;
+
+    // Step 2. Only the root side's principal variation gets an extra ply at the horizon.
+    if (nodeType == NODE_PV && depth == 0 && (ply & 1) == 0 && !givesCheck(lastMove)) depth = 1;
+
+    // Step 3. Horizon.
+    if (depth < 1 || ply > 99) {
+        stats.frontier.add();
+        return quiescence(thread, ply, alpha, beta, 4, lastMove);
+    }
+
+    // Step 4. Count the node and look at the clock now and then.
+    stats.nodes.add();
+    if ((stats.nodes.get() & 4095) == 0 && timeControl.outOfTime()) {
+        thread.stop.store(1, std::memory_order_relaxed);
+        return 0;
+    }
+
+    // Step 5.
+    thread.pv[ply][0] = NO_MOVE;
+
+    // Step 6. The opponent moved back: we can move back too and repeat.
+    if (const Move back = reversalDraw(board, ply, beta, lastMove)) {
+        thread.pv[ply][0] = back;
+        thread.pv[ply][1] = NO_MOVE;
+        return DRAW;
+    }
+
+    // Step 7. Fifty moves.
+    if (fiftyMoveDraw(board)) return DRAW;
+
+    // Step 8. Insufficient material.
+    if (insufficientMaterial(board)) return DRAW;
+
+    // Step 9. Repetition.
+    if (repetitionDraw(board, ply)) return DRAW;
+
+    const bool inCheck = givesCheck(lastMove);
+
+    // Step 10. Mate-distance pruning: no line from here can be shorter than the one already found.
+    if (nodeType != NODE_PV) {
+        if (beta < -(MATE_BOUND - 1)) {
+            int v = ply - (MATE - 2);
+            if (inCheck && alpha < v) v = ply - MATE;
+            if (v >= beta) {
+                if (v != 0) return v;
+            } else {
+                alpha = std::max(alpha, v);
+            }
+        }
+        if (alpha >= MATE_BOUND) {
+            const int v = MATE - 1 - ply;
+            if (alpha >= v && v != 0) return v;
+        }
+    }
+
+    // Step 11. Transposition table.
+    Move hashMove = NO_MOVE;
+    stats.ttProbes.add();
+    TtEntry entry;
+    if (tt.probe(board, entry)) {
+        stats.ttHits.add();
+        const int score = scoreFromTt(entry.score, ply);
+        if (nodeType != NODE_PV) {
+            bool cut;
+            if (entry.depth >= depth) {
+                cut = (entry.type == TT_LOWER && score >= beta) || (entry.type == TT_UPPER && score <= alpha) ||
+                      entry.type == TT_EXACT;
+            } else {
+                // A shallower entry still decides the node when it knows the game is won or lost.
+                cut = (score >= WON_BOUND && entry.type != TT_UPPER && score >= beta) ||
+                      (score <= -WON_BOUND && entry.type != TT_LOWER && score < alpha);
+            }
+            if (cut) {
+                stats.ttCuts.add();
+                thread.pv[ply][0] = entry.move;
+                thread.pv[ply][1] = NO_MOVE;
+                return score;
+            }
+        }
+        const Move stored = entry.move & KILLER_MASK;
+        if (stored != NO_MOVE && entry.depth >= depth - 2 && !(entry.type == TT_UPPER && nodeType == NODE_PV) &&
+            isValidMove(board, stored))
+            hashMove = stored;
+    }
+
+    const int side = static_cast<int>(board.sideToMove);
+
+    // Step 12. Endgame bitbases.
+    const int men = pieceCount(board.material[WHITE]) + pieceCount(board.material[BLACK]) +
+                    pawnCount(board.material[WHITE]) + pawnCount(board.material[BLACK]);
+    const int probeLimit = egbb.maxMen() - 2;
+    const int alwaysProbeLimit = probeLimit - 1;
+    if (men <= probeLimit && board.epSquare == 0 && (men <= alwaysProbeLimit || ply < thread.probePlyLimit)) {
+        int s;
+        if (egbb.probe(board, s)) {
+            if (s < -WON_BOUND && inCheck && alpha < -WON_BOUND && !hasEvasion(board)) return ply - MATE;
+            storeEntry(thread, ply, NO_MOVE, s, depth, s >= beta ? TT_LOWER : s <= alpha ? TT_UPPER : TT_EXACT);
+            if (men > alwaysProbeLimit && ply >= thread.probePlyLimit - 1) return s;
+            if (s >= -(WON_BOUND - 1) && s <= WON_BOUND - 1) return s;
+            if ((ply & 1) == 0 && s + 1000 < alpha) return alpha - 1000;
+        }
+    }
+
+    // Step 13. Mate killer: a move that mated here before is likely to cut again.
+    if (nodeType != NODE_PV && !inCheck && thread.mateKiller[ply] != NO_MOVE) {
+        const Move killer = thread.mateKiller[ply];
+        if (isValidMove(board, killer) && see(board, side, killer) >= 0) {
+            const SavedState saved = saveState(board);
+            if (const Move made = makeMove(board, killer)) {
+                tt.prefetch(board);
+                const int v = -alphaBeta(thread, ply + 1, -beta, 1 - beta, depth - 1, made, -nodeType);
+                takeBack(board, made, saved);
+                if (thread.stop.load(std::memory_order_relaxed)) return 0;
+                if (v >= beta) {
+                    storeEntry(thread, ply, killer, v, depth, TT_LOWER);
+                    setLine(thread, ply, made);
+                    return v;
+                }
+            }
+        }
+        thread.mateKiller[ply] = NO_MOVE;
+    }
+
+    // Step 14. Null move.
+    const uint32_t ownMaterial = board.material[side];
+    int threatSquare = NO_THREAT;
+    Move threat = NO_MOVE;
+    if (lastMove != NO_MOVE && !inCheck && nodeType == NODE_CUT && beta >= -(WON_BOUND - 1) &&
+        beta <= WON_BOUND - 1 && pieceCount(ownMaterial) > 0) {
+        const SavedState saved = saveState(board);
+        makeNullMove(board);
+        stats.nullTries.add();
+        const uint64_t before = stats.nodes.get() + stats.qnodes.get();
+        int v = -alphaBeta(thread, ply + 1, -beta, 1 - beta, depth - NULL_REDUCTION, NO_MOVE, NODE_ALL);
+        stats.nullNodes.add(stats.nodes.get() + stats.qnodes.get() - before);
+        takeBackNullMove(board, saved);
+        if (thread.stop.load(std::memory_order_relaxed)) return 0;
+        threat = thread.pv[ply + 1][0];
+        if (v >= beta && v <= WON_BOUND - 1) {
+            // With few pieces zugzwang is real: confirm with a reduced search of our own moves.
+            bool cut = pieceCount(ownMaterial) > 3;
+            if (!cut) {
+                cut = alphaBeta(thread, ply, alpha, beta, depth - NULL_REDUCTION, lastMove, NODE_PV) >= beta;
+                if (thread.stop.load(std::memory_order_relaxed)) return 0;
+            }
+            if (cut) {
+                stats.nullCuts.add();
+                storeEntry(thread, ply, NO_MOVE, v, depth, TT_LOWER);
+                return v;
+            }
+        }
+        // A reduced move that lets the opponent win, or whose destination the opponent attacks at
+        // once, was reduced wrongly: report a fail high so that the parent searches it in full.
+        if ((lastMove & MOVE_REDUCED) &&
+            (v <= -WON_BOUND || (threat != NO_MOVE && moveFrom(threat) == moveTo(lastMove))))
+            return -MATE;
+        if (threat != NO_MOVE) threatSquare = moveTo(threat);
+    }
+
+    // Step 15. Internal iterative deepening finds a move to search first.
+    if (hashMove == NO_MOVE && depth > 1 && (nodeType == NODE_PV || (nodeType == NODE_CUT && depth > 2))) {
+        const uint64_t before = stats.nodes.get() + stats.qnodes.get();
+        const int v = alphaBeta(thread, ply, alpha, beta, depth - 2, lastMove, nodeType);
+        stats.iidNodes.add(stats.nodes.get() + stats.qnodes.get() - before);
+        if (thread.stop.load(std::memory_order_relaxed)) return 0;
+        const Move found = thread.pv[ply][0] & KILLER_MASK;
+        if (found != NO_MOVE && isValidMove(board, found)) hashMove = found;
+        if (v >= MATE_BOUND && v >= beta) {
+            thread.mateKiller[ply] = hashMove;
+            return v;
+        }
+        if (v < -(MATE_BOUND - 1) && v < alpha) return v;
+    }
+
+    // Step 16. Check and single-reply extensions.
+    Picker picker = inCheck ? Picker::evasions(board)
+                            : Picker::interior(board, thread.killer[ply][0], thread.killer[ply][1]);
+    int newDepth = depth - 1;
+    bool extended = false;
+    if (inCheck && ownMaterial != 0) {
+        newDepth = picker.evasionCount() == 1 ? depth + 1 : depth;
+        extended = true;
+    }
+
+    int best = -MATE;
+    Move bestMove = NO_MOVE;
+    const int alphaOnEntry = alpha;
+    int searched = 0;  // legal moves searched or pruned
+
+    // Step 17 is applied to every move: moveExtension.
+    // Step 18. The hash move first, made inline before any move is generated.
+    if (hashMove != NO_MOVE && !inCheck) {
+        const SavedState saved = saveState(board);
+        if (const Move made = makeMove(board, hashMove)) {
+            tt.prefetch(board);
+            const int extension = extended ? 0 : moveExtension(board, made, lastMove, newDepth);
+            const int v = -alphaBeta(thread, ply + 1, -beta, -alpha, newDepth + extension, made, -nodeType);
+            takeBack(board, made, saved);
+            if (thread.stop.load(std::memory_order_relaxed)) return 0;
+            ++searched;
+            if (v >= beta) {
+                storeEntry(thread, ply, hashMove, v, depth, TT_LOWER);
+                if (v >= MATE_BOUND) thread.mateKiller[ply] = hashMove;
+                if (isQuiet(hashMove)) updateKillers(thread, ply, hashMove);
+                stats.firstCuts.add();
+                stats.cutNodes.add();
+                setLine(thread, ply, made);
+                return v;
+            }
+            best = v;
+            bestMove = made;
+            if (v > alpha) {
+                alpha = v;
+                copyLine(thread, ply, made);
+            }
+            if (nodeType == NODE_CUT) nodeType = NODE_ALL;
+        } else {
+            hashMove = NO_MOVE;
+        }
+    }
+
+    // Step 19. Futility: near the leaves, quiet moves cannot lift a hopeless score up to alpha.
+    int futility = -MATE;
+    bool futilityPruning = false;
+    if (nodeType != NODE_PV && depth <= 4 && !inCheck && pieceCount(ownMaterial) > 0 && alpha >= -(WON_BOUND - 1) &&
+        alpha <= WON_BOUND - 1) {
+        const int e = evaluate(thread.eval, board);
+        if (e < alpha) {
+            futility = e + FUTILITY_MARGIN[depth];
+            if (futility > best && futility < alpha) best = futility;
+            futilityPruning = futility < alpha;
+        }
+    }
+
+    // Step 20. The move loop.
+    const bool mayReduce = depth >= 2 && !inCheck && alpha >= -(WON_BOUND - 1);
+    const int kingSquare = board.kingSquare(side);
+    while (Move* batch = picker.next()) {
+        const int stage = picker.stage;
+        if (stage == 4 && threat != NO_MOVE) picker.orderThreatEvasions(threat);
+        for (Move* cursor = batch; cursor < picker.end; ++cursor) {
+            const Move move = *cursor;
+            if (move == NO_MOVE || (move == hashMove && !inCheck)) continue;
+            if (exposesKing(board, kingSquare, moveFrom(move), moveTo(move))) continue;
+
+            // Step 24. Splitting: with a single search thread no node ever splits.
+            // (depth never reaches minSplitDepth, so the parallel search is not consulted.)
+
+            const bool reductionCandidate = mayReduce && stage > 3 && searched > 0;
+            const bool exempt = reductionCandidate && isExemptFromReduction(thread, move, threatSquare);
+            const bool passedPush =
+                futilityPruning && isPawnSlot(board.at(moveFrom(move))) &&
+                (passedPawnFiles(thread, side) & (1 << fileOf(moveFrom(move))));
+
+            const SavedState saved = saveState(board);
+            const Move made = makeMove(board, move);
+            if (made == NO_MOVE) continue;
+            tt.prefetch(board);
+            const int extension = extended ? 0 : moveExtension(board, made, lastMove, newDepth);
+
+            // Step 19, continued: skip hopeless quiet moves without a search.
+            if (futilityPruning && extension == 0 && !givesCheck(made) && !passedPush) {
+                takeBack(board, made, saved);
+                ++searched;
+                stats.qnodes.add();
+                stats.frontier.add();
+                continue;
+            }
+            if (stage == 2 || stage == 3) stats.killerTries.add();
+
+            // Step 21. Late-move reduction.
+            int v = 0;
+            bool done = false;
+            if (reductionCandidate && !exempt && extension == 0 && !givesCheck(made)) {
+                stats.reduceTries.add();
+                v = -alphaBeta(thread, ply + 1, -alpha - 1, -alpha, newDepth - 1, made | MOVE_REDUCED, NODE_CUT);
+                if (v <= alpha) {
+                    done = true;
+                    if (nodeType == NODE_CUT) nodeType = NODE_ALL;
+                } else {
+                    stats.reduceFails.add();
+                }
+            }
+
+            // Step 22. Full-depth search, null window first at later moves of PV nodes.
+            if (!done) {
+                const int d = newDepth + extension;
+                if (searched == 0 || nodeType != NODE_PV) {
+                    v = -alphaBeta(thread, ply + 1, -beta, -alpha, d, made, -nodeType);
+                } else {
+                    v = -alphaBeta(thread, ply + 1, -alpha - 1, -alpha, d, made, NODE_CUT);
+                    if (v > alpha && !thread.stop.load(std::memory_order_relaxed))
+                        v = -alphaBeta(thread, ply + 1, -beta, -alpha, d, made, NODE_PV);
+                }
+            }
+
+            // Step 23. Take the move back and see what it brought.
+            takeBack(board, made, saved);
+            if (thread.stop.load(std::memory_order_relaxed)) return 0;
+            const bool first = searched == 0;
+            ++searched;
+            if (v >= beta) {
+                storeEntry(thread, ply, move, v, depth, TT_LOWER);
+                if (v > MATE_BOUND - 1) thread.mateKiller[ply] = move & KILLER_MASK;
+                stats.cutNodes.add();
+                if (first) stats.firstCuts.add();
+                if (stage == 2 || stage == 3) stats.killerCuts.add();
+                if (isQuiet(move) && !inCheck) updateKillers(thread, ply, move);
+                setLine(thread, ply, made);
+                return v;
+            }
+            if (v > best) {
+                best = v;
+                bestMove = made;
+                if (v > alpha) {
+                    alpha = v;
+                    copyLine(thread, ply, made);
+                    stats.alphaRaises.add();
+                }
+            }
+            if (nodeType == NODE_CUT) nodeType = NODE_ALL;
+        }
+    }
+
+    // Step 25. No legal move: mate or stalemate.
+    if (searched == 0) {
+        stats.endNodes.add();
+        return inCheck ? ply - MATE : DRAW;
+    }
+
+    // Step 26. Fail low.
+    if (best <= alpha) {
+        // A recapture that won more than the opponent's capture took may have been judged too
+        // shallowly: search it once more a ply deeper.
+        if (bestMove != NO_MOVE && moveTo(bestMove) == moveTo(lastMove) &&
+            capturedValue(bestMove) > capturedValue(lastMove)) {
+            const Move move = bestMove & KILLER_MASK;
+            const SavedState saved = saveState(board);
+            if (const Move made = makeMove(board, move)) {
+                const int v = -alphaBeta(thread, ply + 1, -beta, -alpha, depth, made, -nodeType);
+                takeBack(board, made, saved);
+                if (thread.stop.load(std::memory_order_relaxed)) return 0;
+                if (v >= beta) {
+                    storeEntry(thread, ply, move, v, depth, TT_LOWER);
+                    if (v > MATE_BOUND - 1) thread.mateKiller[ply] = move;
+                    stats.cutNodes.add();
+                    setLine(thread, ply, made);
+                    return v;
+                }
+                if (v > best) {
+                    best = v;
+                    if (v > alpha) {
+                        alpha = v;
+                        copyLine(thread, ply, made);
+                        stats.alphaRaises.add();
+                    }
+                }
+            }
+        }
+        if (best <= alphaOnEntry) {
+            stats.allNodes.add();
+            storeEntry(thread, ply, bestMove & KILLER_MASK, best, depth, TT_UPPER);
+            return best;
+        }
+    }
+
+    // Step 27. Exact result.
+    stats.pvNodes.add();
+    storeEntry(thread, ply, bestMove & KILLER_MASK, best, depth, TT_EXACT);
+    return best;
+}

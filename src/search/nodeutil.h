@@ -1,0 +1,75 @@
+// Small helpers that alphaBeta and quiescence share: table stores relative to the node, the line
+// arrays, passed-pawn files and the evasion test.
+#pragma once
+
+#include "board/makemove.h"
+#include "board/movegen.h"
+#include "eval/evaluate.h"
+#include "search/searchthread.h"
+#include "search/tt.h"
+
+// Killers, mate killers and stored moves carry neither check bits nor the reduced mark.
+constexpr Move KILLER_MASK = 0x3FFFFF7F;
+// An off-board square: no null-move threat known.
+constexpr int NO_THREAT = 8;
+
+inline void storeEntry(SearchThread& thread, int ply, Move move, int score, int depth, int type) {
+    TtEntry entry{};
+    entry.move = move;
+    entry.score = static_cast<int16_t>(scoreToTt(score, ply));
+    entry.depth = static_cast<int16_t>(depth);
+    entry.type = static_cast<uint8_t>(type);
+    tt.store(thread.stats, thread.board, entry);
+}
+
+inline bool isQuiet(Move move) { return !isCapture(move) && promotionKind(move) == 0; }
+
+// A quiet move that cut off goes to the front of the ply's two killers.
+inline void updateKillers(SearchThread& thread, int ply, Move move) {
+    move &= KILLER_MASK;
+    Move* slot = thread.killer[ply];
+    if (slot[0] == move) return;
+    slot[1] = slot[0];
+    slot[0] = move;
+}
+
+// The line at ply becomes the move alone.
+inline void setLine(SearchThread& thread, int ply, Move move) {
+    thread.pv[ply][0] = move;
+    thread.pv[ply][1] = NO_MOVE;
+}
+
+// The line at ply becomes the move followed by the child's line.
+inline void copyLine(SearchThread& thread, int ply, Move move) {
+    Move* line = thread.pv[ply];
+    const Move* child = thread.pv[ply + 1];
+    line[0] = move;
+    int i = 0;
+    while (child[i] != NO_MOVE && i + 2 < MAX_PLY) {
+        line[i + 1] = child[i];
+        ++i;
+    }
+    line[i + 1] = NO_MOVE;
+}
+
+// Files holding a passed pawn of side in the thread's current position, from its pawn table.
+inline unsigned passedPawnFiles(SearchThread& thread, int side) {
+    const uint64_t key = thread.board.pawnHash;
+    const PawnEntry& entry = thread.eval.pawnHash.slot(key);
+    if (entry.check != highHalf(key)) evaluate(thread.eval, thread.board);
+    return entry.block[side].passedFiles;
+}
+
+// Whether the side to move, in check, has a legal answer.
+inline bool hasEvasion(Board& board) {
+    MoveList list;
+    Move* end = generateEvasions(board, list);
+    for (Move* move = list; move < end; ++move) {
+        const SavedState saved = saveState(board);
+        if (const Move made = makeMove(board, *move)) {
+            takeBack(board, made, saved);
+            return true;
+        }
+    }
+    return false;
+}

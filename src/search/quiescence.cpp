@@ -1,0 +1,203 @@
+// The quiescence search: captures (and at its first two levels quiet checks) until the position is
+// quiet, so that the static evaluation is only ever asked about quiet positions.
+#include <algorithm>
+
+#include "board/makemove.h"
+#include "board/movegen.h"
+#include "board/tables.h"
+#include "eval/egbb.h"
+#include "eval/evaluate.h"
+#include "search/drawrules.h"
+#include "search/nodeutil.h"
+#include "search/picker.h"
+#include "search/searchthread.h"
+#include "search/tt.h"
+
+namespace {
+
+constexpr int QUIESCENCE_PLY_LIMIT = 119;
+// Margin of the delta pruning of captures at null-window nodes.
+constexpr int DELTA_MARGIN = 250;
+
+// A side with only king and pawns may have no move at all: stalemate, which the captures-only search
+// below would never notice.
+bool pawnSideCanMove(const Board& board, int side) {
+    const int base = colourBase(side);
+    const int step = pawnStep(side);
+    for (int slot = base + PAWN_SLOT; board.pieceSquare[slot] != NO_SQUARE; ++slot) {
+        const int square = board.pieceSquare[slot];
+        if (!onBoard(square)) continue;
+        if (board.at(square + step) == EMPTY) return true;
+        for (int target : {square + step - 1, square + step + 1}) {
+            const uint8_t victim = board.at(target);
+            if (victim != EMPTY && victim != OFF_BOARD && colourOfSlot(victim) != side) return true;
+        }
+    }
+    const int king = board.kingSquare(side);
+    for (int step2 : KING_STEPS) {
+        const int target = king + step2;
+        if (!onBoard(target)) continue;
+        const uint8_t occupant = board.at(target);
+        if (occupant != EMPTY && colourOfSlot(occupant) == side) continue;
+        if (!isAttacked(board, side ^ 1, target)) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, Move lastMove) {
+    Board& board = thread.board;
+    SearchStats& stats = thread.stats;
+
+    // Step 1.
+    if (thread.stop.load(std::memory_order_relaxed)) return 0;
+    thread.seldepth = std::max(thread.seldepth, ply);
+    stats.qnodes.add();
+    thread.pv[ply][0] = NO_MOVE;
+
+    // Step 2. The draw rules.
+    if (!isCapture(lastMove)) {
+        if (const Move back = reversalDraw(board, ply, beta, lastMove)) {
+            setLine(thread, ply, back);
+            return DRAW;
+        }
+    }
+    if (fiftyMoveDraw(board) || insufficientMaterial(board) || repetitionDraw(board, ply)) return DRAW;
+
+    const bool inCheck = givesCheck(lastMove);
+    const int side = static_cast<int>(board.sideToMove);
+    const uint32_t ownMaterial = board.material[side];
+
+    // Step 3. Stalemate of a side with king and pawns only.
+    if (!inCheck && pieceCount(ownMaterial) == 0 && !pawnSideCanMove(board, side)) return DRAW;
+
+    // Step 4. Mate-distance pruning at null-window nodes.
+    const bool nullWindow = beta == alpha + 1;
+    if (nullWindow) {
+        if (beta < -(MATE_BOUND - 1)) {
+            int v = ply - (MATE - 2);
+            if (inCheck && alpha < v) v = ply - MATE;
+            if (v >= beta) {
+                if (v != 0) return v;
+            } else {
+                alpha = std::max(alpha, v);
+            }
+        }
+        if (alpha >= MATE_BOUND) {
+            const int v = MATE - 1 - ply;
+            if (alpha >= v && v != 0) return v;
+        }
+    }
+
+    // Step 5. The line arrays end here.
+    if (ply > QUIESCENCE_PLY_LIMIT) return evaluate(thread.eval, board);
+
+    // Step 6. Transposition table, at the depth this level stores with.
+    const int depth = qdepth - 4;
+    Move hashMove = NO_MOVE;
+    stats.ttProbes.add();
+    TtEntry entry;
+    if (tt.probe(board, entry)) {
+        stats.ttHits.add();
+        const int score = scoreFromTt(entry.score, ply);
+        if (nullWindow) {
+            bool cut;
+            if (entry.depth >= depth) {
+                cut = (entry.type == TT_LOWER && score >= beta) || (entry.type == TT_UPPER && score <= alpha) ||
+                      entry.type == TT_EXACT;
+            } else {
+                cut = (score >= WON_BOUND && entry.type != TT_UPPER && score >= beta) ||
+                      (score <= -WON_BOUND && entry.type != TT_LOWER && score < alpha);
+            }
+            if (cut) {
+                stats.ttCuts.add();
+                setLine(thread, ply, entry.move);
+                return score;
+            }
+        }
+        hashMove = entry.move & KILLER_MASK;
+    }
+
+    int best = -MATE;
+    int childQdepth;
+    const int alphaOnEntry = alpha;
+    int delta = 0;
+    bool withChecks = false;
+
+    if (inCheck) {
+        // Step 7. In check every evasion is searched; there is no standing pat. A forced reply keeps
+        // the checking sequence alive; a wide choice of replies ends it.
+        childQdepth = qdepth == 4 ? 1 : qdepth;
+    } else {
+        // Step 8. Stand pat, or the bitbases' verdict.
+        if (beta <= -(MATE - 1000)) return -(MATE - 1000);
+        int e = 0;
+        if (alpha < MATE - 1000) {
+            const int men = pieceCount(board.material[WHITE]) + pieceCount(board.material[BLACK]) +
+                            pawnCount(board.material[WHITE]) + pawnCount(board.material[BLACK]);
+            int s;
+            if (men <= egbb.maxMen() - 3 && board.epSquare == 0 && egbb.probe(board, s)) return s;
+            e = evaluate(thread.eval, board);
+            if (e >= beta) return e;
+            best = e;
+            alpha = std::max(alpha, e);
+        } else {
+            best = MATE - 1000;
+        }
+        const bool piecesBothSides = pieceCount(board.material[WHITE]) > 0 && pieceCount(board.material[BLACK]) > 0;
+        delta = nullWindow && piecesBothSides ? alpha - e - DELTA_MARGIN : 0;
+        childQdepth = qdepth / 4;
+        withChecks = qdepth > 0;
+    }
+    Picker picker = inCheck ? Picker::evasions(board) : Picker::quiescence(board, hashMove, delta, withChecks);
+    if (inCheck && qdepth < 4) {
+        if (picker.evasionCount() == 1 && qdepth == 0) childQdepth = 1;
+        if (picker.evasionCount() > 3) childQdepth = 0;
+    }
+
+    // Step 9. The moves.
+    const int kingSquare = board.kingSquare(side);
+    int searched = 0;
+    while (Move* batch = picker.next()) {
+        for (Move* cursor = batch; cursor < picker.end; ++cursor) {
+            const Move move = *cursor;
+            if (move == NO_MOVE) continue;
+            if (exposesKing(board, kingSquare, moveFrom(move), moveTo(move))) continue;
+            const SavedState saved = saveState(board);
+            const Move made = makeMove(board, move);
+            if (made == NO_MOVE) continue;
+            tt.prefetch(board);
+            int v;
+            if ((inCheck && searched == 0) || beta <= alpha + 1) {
+                v = -quiescence(thread, ply + 1, -beta, -alpha, childQdepth, made);
+            } else {
+                v = -quiescence(thread, ply + 1, -alpha - 1, -alpha, childQdepth, made);
+                if (v > alpha && !thread.stop.load(std::memory_order_relaxed))
+                    v = -quiescence(thread, ply + 1, -beta, -alpha, childQdepth, made);
+            }
+            takeBack(board, made, saved);
+            if (thread.stop.load(std::memory_order_relaxed)) return 0;
+            ++searched;
+            if (v >= beta) {
+                storeEntry(thread, ply, move, v, depth, TT_LOWER);
+                if (v >= MATE_BOUND) thread.mateKiller[ply] = move & KILLER_MASK;
+                if (isQuiet(move) && !inCheck) updateKillers(thread, ply, move);
+                setLine(thread, ply, made);
+                return v;
+            }
+            if (v > best) {
+                best = v;
+                if (v > alpha) {
+                    alpha = v;
+                    copyLine(thread, ply, made);
+                }
+            }
+        }
+    }
+
+    // Step 10.
+    if (inCheck && searched == 0) return ply - MATE;
+    storeEntry(thread, ply, thread.pv[ply][0] & KILLER_MASK, best, depth, best > alphaOnEntry ? TT_EXACT : TT_UPPER);
+    return best;
+}

@@ -1,0 +1,218 @@
+// Iterative deepening and the root search of the search thread.
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
+
+#include "board/makemove.h"
+#include "board/movegen.h"
+#include "board/notation.h"
+#include "board/see.h"
+#include "eval/evaluate.h"
+#include "frontend/util/log.h"
+#include "search/nodeutil.h"
+#include "search/report.h"
+#include "search/searchthread.h"
+#include "search/timecontrol.h"
+#include "search/tt.h"
+
+namespace {
+
+bool outranks(const RootMove& a, const RootMove& b) {
+    return a.key > b.key || (a.key == b.key && a.secondaryKey > b.secondaryKey);
+}
+
+// Bubble sort, descending: the list is short and nearly sorted after the first iteration.
+void sortRootMoves(RootMove* first, RootMove* last) {
+    for (bool swapped = true; swapped;) {
+        swapped = false;
+        for (RootMove* r = first; r + 1 < last; ++r) {
+            if (outranks(r[1], r[0])) {
+                std::swap(r[0], r[1]);
+                swapped = true;
+            }
+        }
+    }
+}
+
+bool stopRequested(SearchThread& thread) {
+    if (thread.stop.load(std::memory_order_relaxed)) return true;
+    if (!timeControl.outOfTime()) return false;
+    thread.stop.store(1, std::memory_order_relaxed);
+    return true;
+}
+
+}  // namespace
+
+// Fills the root list with the legal moves, ordered at first by a capture-only quiescence look at each.
+void SearchThread::generateRootMoves() {
+    Log log;
+    MoveList list;
+    Move* end = board.inCheck() ? generateEvasions(board, list) : generateMoves(board, list);
+    int count = 0;
+    for (Move* move = list; move < end; ++move) {
+        const SavedState saved = saveState(board);
+        const Move made = makeMove(board, *move);
+        if (made == NO_MOVE) {
+            char text[MOVE_TEXT_SIZE];
+            moveToText(board, text, *move);
+            log.info("Dropped rootmove: %s\n", text);
+            continue;
+        }
+        RootMove& root = rootMoves[count];
+        root.move = made;
+        root.nodes = 0;
+        root.staticScore = -quiescence(*this, 1, -MATE, MATE, 0, made);
+        root.key = root.staticScore;
+        root.secondaryKey = -count;  // generator order among equals
+        root.score = root.staticScore;
+        takeBack(board, made, saved);
+        ++count;
+    }
+    rootCount.store(count, std::memory_order_relaxed);
+}
+
+// The depth of the first iteration: a deep enough table entry for the root lets the search begin
+// where the last one left off. Its move, when in the list, goes first.
+int SearchThread::startDepth() {
+    TtEntry entry;
+    if (!tt.probe(board, entry) || entry.move == NO_MOVE || entry.type == TT_UPPER) return 1;
+    const int count = rootCount.load(std::memory_order_relaxed);
+    for (int i = 0; i < count; ++i) {
+        if ((rootMoves[i].move & KILLER_MASK) != (entry.move & KILLER_MASK)) continue;
+        char text[MOVE_TEXT_SIZE];
+        moveToText(board, text, rootMoves[i].move);
+        Log().info("[tt] %s\n", text);
+        std::rotate(rootMoves, rootMoves + i, rootMoves + i + 1);
+        const int start = entry.depth - (entry.type == TT_EXACT ? 0 : 1);
+        return start < 1 ? 1 : start;
+    }
+    return 1;
+}
+
+void SearchThread::search() {
+    Log log;
+    // Set-up.
+    const int depthLimit = maxDepth < 1 || maxDepth > MAX_DEPTH ? MAX_DEPTH : maxDepth;
+    timeControl.start();
+    clearRecord();
+    tt.newSearch();
+    waitForWorkers();
+    generateRootMoves();
+    const int count = rootCount.load(std::memory_order_relaxed);
+    sortRootMoves(rootMoves, rootMoves + count);
+    log.info("eval=%i\n", evaluate(eval, board));
+
+    int iteration = startDepth();
+    if (iteration > depthLimit) iteration = depthLimit;
+    bestScore = count > 0 ? rootMoves[0].score : board.inCheck() ? -MATE : DRAW;
+    previousIterationNodes = 0;
+    const char* reason = count > 0 ? nullptr : "no legal move\n";
+
+    while (count > 0) {
+        depth.store(iteration, std::memory_order_relaxed);
+        timeControl.setIteration(iteration);
+        probePlyLimit = std::max(2, iteration * 2 / 3);
+        minSplitDepth = NO_SPLIT_DEPTH;
+        searchRoot(iteration);
+
+        if (stopRequested(*this)) {
+            reason = "stopped\n";
+            break;
+        }
+        if (!timeControl.infinite.load(std::memory_order_relaxed)) {
+            if (MATE - std::abs(bestScore) <= iteration + 1) {
+                reason = "(optimal)\n";
+                break;
+            }
+            if (iteration > 1 && count == 1) {
+                reason = "single move\n";
+                break;
+            }
+            // A zero move word never heads the list in play, so this rule stays out of normal games.
+            if (iteration > 5 && rootMoves[0].move == NO_MOVE &&
+                timeControl.elapsed() > static_cast<uint32_t>(timeControl.phaseLimit[0])) {
+                reason = "easy move\n";
+                break;
+            }
+        }
+        if (!timeControl.nextIteration(bestScore)) {
+            reason = "ok/stop\n";
+            break;
+        }
+        const uint64_t nodes = totalNodes();
+        log.info("/%2.1f\n", previousIterationNodes ? double(nodes) / double(previousIterationNodes) : 0.0);
+        previousIterationNodes = nodes;
+        if (++iteration > depthLimit) {
+            reason = "depth limit\n";
+            break;
+        }
+        sortRootMoves(rootMoves + 1, rootMoves + count);
+    }
+
+    printLine(*this, bestScore, reason);
+    if (listener) listener->finish(depth.load(std::memory_order_relaxed), bestScore, bestMove());
+    stopAllThreads();
+    if (printStatistics) logStatistics(*this);
+}
+
+// One iteration: the first move with the full window, the others with a null window around the best
+// score, re-searched in full when they fail high.
+void SearchThread::searchRoot(int d) {
+    const int count = rootCount.load(std::memory_order_relaxed);
+    const SavedState saved = saveState(board);
+
+    // Step 1. The first move sets the score to beat.
+    Move made = makeMove(board, rootMoves[0].move);
+    if (listener) listener->reportMove(d, 0, made);
+    uint64_t before = totalNodes();
+    int score = -alphaBeta(*this, 1, -MATE, MATE, d - 1, made, NODE_PV);
+    takeBack(board, made, saved);
+    if (stopRequested(*this)) return;
+    rootMoves[0].nodes = static_cast<int32_t>(std::min<uint64_t>(totalNodes() - before, INT32_MAX));
+    rootMoves[0].score = score;
+    bestScore = score;
+    copyLine(*this, 0, made);
+    if (listener) listener->reportLine(d, score, made);
+    printLine(*this, score, nullptr);
+    storeEntry(*this, 0, made & KILLER_MASK, score, d, TT_LOWER);
+    timeControl.checkScoreDrop(score);
+
+    // Step 2. The others must prove they are better.
+    for (int i = 1; i < count; ++i) {
+        if (stopRequested(*this)) return;
+        made = makeMove(board, rootMoves[i].move);
+        if (listener) listener->reportMove(d, i, made);
+        before = totalNodes();
+        bool confirmed = false;
+        score = -alphaBeta(*this, 1, -bestScore - 1, -bestScore, d - 1, made, NODE_CUT);
+        if (score > bestScore && !stop.load(std::memory_order_relaxed)) {
+            timeControl.enterFailHighPhase();
+            char mark[32];
+            std::snprintf(mark, sizeof mark, "++%i/%i", i + 1, count);
+            printMove(*this, score, made, mark);
+            score = -alphaBeta(*this, 1, -MATE, -bestScore, d - 1, made, NODE_PV);
+            if (!stop.load(std::memory_order_relaxed)) {
+                if (score > bestScore) {
+                    confirmed = true;
+                    bestScore = score;
+                    copyLine(*this, 0, made);
+                    std::rotate(rootMoves, rootMoves + i, rootMoves + i + 1);
+                    if (listener) listener->reportLine(d, score, made);
+                    printLine(*this, score, nullptr);
+                    storeEntry(*this, 0, made & KILLER_MASK, score, d, TT_LOWER);
+                } else {
+                    printMove(*this, score, made, "--");
+                }
+            }
+            timeControl.leaveFailHighPhase();
+        }
+        takeBack(board, made, saved);
+        if (stop.load(std::memory_order_relaxed)) return;
+        RootMove& searched = confirmed ? rootMoves[0] : rootMoves[i];
+        searched.nodes = static_cast<int32_t>(std::min<uint64_t>(totalNodes() - before, INT32_MAX));
+        searched.key = searched.nodes;
+        searched.score = score;
+    }
+}

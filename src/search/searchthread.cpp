@@ -1,0 +1,87 @@
+#include "search/searchthread.h"
+
+#include <cstring>
+
+#include "frontend/util/log.h"
+#include "search/timecontrol.h"
+
+SearchThread searchThreads[MAX_THREADS];
+SearchThread& searchThread = searchThreads[0];
+
+SearchThread::SearchThread() {
+    // No search has run yet, so whoever waits for the end of one must not block.
+    idle.set();
+    clearRecord();
+}
+
+void SearchThread::clearRecord() {
+    stats.clear();
+    seldepth = 0;
+    std::memset(killer, 0, sizeof killer);
+    std::memset(mateKiller, 0, sizeof mateKiller);
+    pv[0][0] = NO_MOVE;
+}
+
+void SearchThread::boot() {
+    Log log;
+    if (booted.exchange(true)) {
+        log.info("already booted!\n");
+        return;
+    }
+    log.info("starting main search thread...\n");
+    platform::startThread([this] { threadBody(); }, true);
+}
+
+void SearchThread::threadBody() {
+    Log log;
+    for (;;) {
+        log.debug("searchthread: sleep()\n");
+        idle.set();
+        go.wait();
+        go.reset();
+        log.debug("searchthread: awoke()\n");
+        search();
+    }
+}
+
+void SearchThread::startSearch(bool synchronous) {
+    stop.store(0, std::memory_order_relaxed);
+    // The search works on its own copy: the protocol may set up the next position meanwhile.
+    board = gameBoard;
+    idle.reset();
+    if (synchronous) {
+        search();
+        idle.set();
+        return;
+    }
+    go.set();
+}
+
+void SearchThread::ponderhit() {
+    if (rootCount.load(std::memory_order_relaxed) == 1 && depth.load(std::memory_order_relaxed) > 2) {
+        Log().info("ponderhit & single move!\n");
+        stopSearch();
+        return;
+    }
+    timeControl.ponderhit();
+}
+
+void SearchThread::stopSearch() {
+    stopAllThreads();
+    waitIdle();
+}
+
+void SearchThread::waitIdle() { idle.wait(); }
+
+uint64_t totalNodes() {
+    uint64_t sum = 0;
+    for (const SearchThread& thread : searchThreads) sum += thread.stats.nodes.get() + thread.stats.qnodes.get();
+    return sum;
+}
+
+void stopAllThreads() {
+    for (SearchThread& thread : searchThreads) thread.stop.store(1, std::memory_order_relaxed);
+}
+
+// Single-threaded for now: the search thread has no workers to wait for.
+void waitForWorkers() {}
