@@ -49,7 +49,7 @@ struct Picker {
     // A node not in check.
     static Picker interior(Board& board, Move killer1, Move killer2);
     // A node in check: the evasions are generated at once, so that their number is known before
-    // the first batch.
+    // the first batch (which holds them all).
     static Picker evasions(Board& board);
     int evasionCount() const { return static_cast<int>(end - moves); }
     // A quiescence node not in check. hashMove (masked, or 0) sorts first among the captures. Where
