@@ -1,5 +1,7 @@
 #include "frontend/options.h"
 
+#include <algorithm>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 
@@ -12,8 +14,10 @@ unsigned machineMhz = 0;
 namespace {
 
 // Numbers follow atoi: leading digits count, anything else is 0, an absent key is empty and so 0.
+// Values beyond the range of int stop at its limits instead of wrapping.
 int number(const String& value) {
-    return atoi(value.c_str());
+    long parsed = strtol(value.c_str(), nullptr, 10);
+    return static_cast<int>(std::clamp<long>(parsed, INT_MIN, INT_MAX));
 }
 
 void openBook(const IniFile& ini) {
@@ -36,7 +40,9 @@ void openBitbases(const IniFile& ini) {
 void sizeTt(const IniFile& ini) {
     // Without the key the table keeps the size it was allocated with at start-up.
     String megabytes = ini.get("tt.cachemb");
-    if (!megabytes.empty()) resizeTt(number(megabytes) * 1024);
+    if (!megabytes.empty())
+        resizeTt(
+            static_cast<int>(std::clamp(number(megabytes) * 1024LL, 0LL, static_cast<long long>(INT_MAX))));
 }
 
 // The request is capped by the processors present; 0 asks for one thread per processor.
