@@ -156,20 +156,20 @@ bool PgnReader::takeToken(std::string& token, PgnGame& game) {
         game.result = "1/2-1/2";
         return true;
     }
-    if (isZeroCastling(token)) {
-        for (char& c : token)
-            if (c == '0') c = 'O';
-    }
     // A move number, with "." or "..." and maybe the move glued on ("1.d4", "28...b5?").
     size_t start = 0;
     while (start < token.size() && isDigit(token[start])) start++;
     if (start == token.size()) return false;
-    if (start > 0 && token[start] != '.') start = 0;
+    if (token[start] != '.') start = 0;
     while (start < token.size() && token[start] == '.') start++;
     size_t end = token.size();
     while (end > start && (token[end - 1] == '!' || token[end - 1] == '?')) end--;
     if (end == start) return false;
     std::string move = token.substr(start, end - start);
+    if (isZeroCastling(move)) {
+        for (char& c : move)
+            if (c == '0') c = 'O';
+    }
     if (move == "e.p." || move == "ep") return false;
     if (move == "--" || move == "Z0" || move == "null") move = "--";
     bool readable = token.size() <= MAX_TOKEN;

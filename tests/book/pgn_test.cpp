@@ -1,0 +1,164 @@
+// The PGN reader on real game collections and on damaged or hostile input.
+#include "book/pgn.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <map>
+#include <random>
+
+#include "scratch.h"
+
+namespace {
+
+const std::string PGN_DIR = std::string(KELVRA_DATA_DIR) + "/pgn/";
+
+std::vector<PgnGame> readAll(const std::string& path, size_t maxMoves = 1024) {
+    PgnReader reader(maxMoves);
+    EXPECT_TRUE(reader.open(path.c_str())) << path;
+    std::vector<PgnGame> games;
+    PgnGame game;
+    while (reader.next(game)) games.push_back(game);
+    return games;
+}
+
+std::vector<PgnGame> readText(const std::string& text, size_t maxMoves = 1024) {
+    ScratchDir dir;
+    writeText(dir.file("games.pgn"), text);
+    return readAll(dir.file("games.pgn"), maxMoves);
+}
+
+bool hasMove(const PgnGame& game, const std::string& move) {
+    for (const std::string& m : game.moves)
+        if (m == move) return true;
+    return false;
+}
+
+TEST(PgnReader, ReadsEveryTortureGameWholeWithItsResult) {
+    const std::vector<PgnGame> games = readAll(PGN_DIR + "torture.pgn");
+    // Main-line plies of each game, as two independent PGN tools count them.
+    const size_t plies[] = {85, 103, 50, 67, 61, 72, 41, 62, 115, 65, 116, 135, 142, 30, 41, 35, 2, 139, 134};
+    ASSERT_EQ(games.size(), std::size(plies));
+    for (size_t i = 0; i < games.size(); i++) {
+        const PgnGame& game = games[i];
+        SCOPED_TRACE("game " + std::to_string(i + 1));
+        EXPECT_EQ(game.number, i + 1);
+        EXPECT_EQ(game.error, "");
+        EXPECT_EQ(game.moves.size(), plies[i]);
+        if (const std::string* result = game.tag("Result")) {
+            EXPECT_EQ(game.result, *result);
+        }
+        for (const std::string& move : game.moves) {
+            EXPECT_NE(move[0], '0') << "castling with zeros is rewritten";
+            EXPECT_EQ(move.find_first_of("!?"), std::string::npos) << "glyphs are dropped";
+        }
+    }
+    EXPECT_EQ(games[0].moves[5], "a6") << "3... a6 after a comment";
+    EXPECT_EQ(*games[4].tag("Event"), "LA CC Handicap Tour \"C\"");
+    EXPECT_EQ(games[11].tag("Event"), nullptr);
+    EXPECT_EQ(games[11].result, "1-0");
+    EXPECT_TRUE(hasMove(games[11], "a8Q"));
+    EXPECT_TRUE(hasMove(games[8], "O-O"));
+    EXPECT_TRUE(hasMove(games[9], "O-O"));
+    EXPECT_EQ(games[10].moves.back(), "b1Q");
+    EXPECT_TRUE(hasMove(games[12], "a1=B"));
+    EXPECT_NE(games[13].tag("FEN"), nullptr);
+    EXPECT_EQ(games[13].moves[0], "O-O-O");
+    EXPECT_EQ(games[15].result, "*");
+    EXPECT_EQ(games[17].moves.back(), "Rh7++");
+}
+
+TEST(PgnReader, ReadsTheTwicIssueWithItsResultsAndEmptyGames) {
+    const std::vector<PgnGame> games = readAll(PGN_DIR + "twic0920.pgn");
+    ASSERT_EQ(games.size(), 2245u);
+    std::map<std::string, int> results;
+    size_t plies = 0;
+    int empty = 0;
+    for (const PgnGame& game : games) {
+        EXPECT_EQ(game.error, "") << game.number;
+        EXPECT_EQ(game.result, *game.tag("Result")) << game.number;
+        results[game.result]++;
+        plies += game.moves.size();
+        empty += game.moves.empty();
+    }
+    EXPECT_EQ(plies, 182591u);
+    EXPECT_EQ(results, (std::map<std::string, int>{{"1-0", 895}, {"0-1", 655}, {"1/2-1/2", 695}}));
+    EXPECT_EQ(empty, 11);
+}
+
+TEST(PgnReader, FormsOfMovetextPeopleWrite) {
+    const std::vector<PgnGame> games = readText(
+        "% an escape line\n"
+        "[White \"a\\\\b\"][Black \"x ] y\"]\r\n\r\n"
+        "1.e4 $1 e5!? 2 . Nf3 (2. f4 exf4 (2... d5) 3. Nf3) 2...Nc6 3.Bb5 a6 4.Ba4 e.p. -- 5. 0-0+ {a} ; b {\n"
+        "6. Qd1}\n"
+        "0-1\n"
+        "1. d4 d5 1/2\n"
+        "{only a comment}\n");
+    ASSERT_EQ(games.size(), 2u);
+    EXPECT_EQ(*games[0].tag("White"), "a\\b");
+    EXPECT_EQ(*games[0].tag("Black"), "x ] y");
+    EXPECT_EQ(games[0].moves, (std::vector<std::string>{"e4", "e5", "Nf3", "Nc6", "Bb5", "a6", "Ba4", "--", "O-O+", "Qd1"}))
+        << "a brace inside a rest-of-line comment opens nothing";
+    EXPECT_EQ(games[0].result, "0-1");
+    EXPECT_EQ(games[1].moves.size(), 2u);
+    EXPECT_EQ(games[1].result, "1/2-1/2");
+
+    const std::vector<PgnGame> cut = readText("1. e4 e5 2. Nf3 Nc6 3. Bb5 a6 *", 3);
+    ASSERT_EQ(cut.size(), 1u);
+    EXPECT_EQ(cut[0].moves, (std::vector<std::string>{"e4", "e5", "Nf3"})) << "only the first moves are kept";
+    EXPECT_EQ(cut[0].result, "*");
+}
+
+TEST(PgnReader, ADamagedGameIsReportedAndTheNextOneStillReads) {
+    const std::vector<PgnGame> games = readText(
+        "[Event \"1\"]\n1. e4 {never closed\n"
+        "[Event \"2\"]\n1. d4 (1. c4 e5\n"
+        "[Event \"3\"]\n1. Nf3 Nf6@ 2. g3 1-0\n"
+        "[Event \"4\" missing bracket\n1. c4 1-0\n"
+        "[Event 5]\n1. c4 1-0\n"
+        "[Event \"6\"]\n1. e4 e5\n"
+        "[Event \"7\"]\n} ] ) 1. e4 Ke7 0-1\n"
+        "[Event \"8\"]\n1. e4 (");
+    ASSERT_EQ(games.size(), 8u);
+    const char* errors[] = {"unterminated comment", "unterminated variation", "unreadable move 'Nf6@'",
+                            "malformed tag pair",   "malformed tag pair",     "",
+                            "",                     "unterminated variation"};
+    for (size_t i = 0; i < games.size(); i++) {
+        EXPECT_EQ(games[i].error, errors[i]) << "game " << i + 1;
+        EXPECT_EQ(games[i].number, i + 1);
+    }
+    EXPECT_EQ(games[5].result, "") << "a game cut off by the next game's tags has no result";
+    EXPECT_EQ(games[5].moves.size(), 2u);
+    EXPECT_EQ(*games[6].tag("Event"), "7");
+    EXPECT_EQ(games[6].moves.size(), 2u);
+}
+
+TEST(PgnReader, HostileInputEndsWithoutHangingOrGrowing) {
+    const bool sanitized = std::getenv("KELVRA_SANITIZED") != nullptr;
+    const size_t big = sanitized ? 2000000 : 10000000;
+    std::mt19937 random(7);
+    std::string bytes(big / 10, '\0');
+    for (char& c : bytes) c = static_cast<char>(random());
+    for (const PgnGame& game : readText(bytes)) {
+        EXPECT_LE(game.tags.size(), 128u);
+        EXPECT_LE(game.moves.size(), 1024u);
+    }
+
+    std::string line;
+    while (line.size() < big) line += "e4 Nf3 ";
+    std::vector<PgnGame> games = readText(line, 40);
+    ASSERT_EQ(games.size(), 1u);
+    EXPECT_EQ(games[0].moves.size(), 40u);
+
+    games = readText("[Event \"" + std::string(big, 'x') + "\"]\n" + std::string(big, 'a') + " 1-0");
+    ASSERT_EQ(games.size(), 1u);
+    EXPECT_LE(games[0].tag("Event")->size(), 255u);
+    EXPECT_NE(games[0].error, "");
+
+    EXPECT_EQ(readText("1. e4 {" + std::string(big, '{')).size(), 1u);
+    EXPECT_EQ(readText(std::string(big, '(')).size(), 1u);
+    EXPECT_EQ(readText("").size(), 0u);
+}
+
+}  // namespace
