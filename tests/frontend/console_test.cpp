@@ -100,8 +100,9 @@ TEST(Console, HostileInputNeverCrashes) {
     // A NUL byte ends the text of its line, not the input.
     EXPECT_EQ(session(std::string("\0\nfo\0o\nbar", 11) + "\n"),
               "% % no such command: fo\n% no such command: bar\n% ");
-    // A last line without a newline is never read.
+    // A last line without a newline is never read, however long.
     EXPECT_EQ(session("set book 0\nset"), "% % ");
+    EXPECT_EQ(session(std::string(1 << 20, 'y')), "% ");
     std::string binary;
     for (int c = 1; c < 256; c++) binary += static_cast<char>(c);
     EXPECT_NE(session(binary + "\n" + binary + "\n").find("% "), std::string::npos);
