@@ -1,0 +1,201 @@
+#include "eval/king.h"
+
+#include <algorithm>
+
+#include "eval/evalboard.h"
+#include "eval/kingzone.h"
+
+using namespace eval;
+
+namespace {
+
+constexpr RankTable KING_MIDDLEGAME = {
+    {-2, 0, -8, -12, -12, -8, 0, -2},
+    {-4, 0, -12, -16, -16, -12, 0, -4},
+    {-32, -12, -16, -20, -20, -16, -12, -32},
+    {-32, -32, -32, -32, -32, -32, -32, -32},
+    {-32, -32, -32, -32, -32, -32, -32, -32},
+    {-32, -32, -32, -32, -32, -32, -32, -32},
+    {-32, -32, -32, -32, -32, -32, -32, -32},
+    {-32, -32, -32, -32, -32, -32, -32, -32},
+};
+constexpr RankTable KING_ENDGAME = {
+    {-32, -24, -24, -24, -24, -24, -24, -32},
+    {-20, -12, -12, -8, -8, -12, -12, -20},
+    {-20, -8, 2, 6, 6, 2, -8, -20},
+    {-8, 0, 16, 22, 22, 16, 0, -8},
+    {-8, 0, 24, 32, 32, 24, 0, -8},
+    {-8, 0, 16, 22, 22, 16, 0, -8},
+    {-20, -8, 2, 6, 6, 2, -8, -20},
+    {-20, -12, -12, -8, -8, -12, -12, -20},
+};
+constexpr int KING_END_BY_PAWNS[9] = {8, 12, 16, 20, 24, 24, 24, 24, 24};
+constexpr int KING_END_BY_UNITS[14] = {24, 16, 16, 24, 16, 16, 24, 16, 16, 16, 16, 16, 16, 16};
+
+// Shelter squares are taken as if the king stood on b, g (files) and on the edge rank.
+constexpr int FILE_SHIFT[8] = {1, 0, -1, 0, 0, 1, 0, -1};
+constexpr int RANK_SHIFT[8] = {0, -16, 0, 0, 0, 0, 16, 0};
+// By the storming pawn's rank counted from the defender's side.
+constexpr int STORM_BY_RANK[8] = {0, 0, 0, 1, 3, 2, 1, 0};
+
+constexpr int ATTACKER_SCALE[16] = {0, 16, 128, 192, 208, 224, 240, 256, 272, 288, 304, 320, 336, 352, 368, 384};
+
+// Whether the squares strictly between from and to are empty (to lies on a line from from).
+bool pathEmpty(const Board& board, int from, int to) {
+    const int step = direction[to - from];
+    for (int square = from + step; square != to; square += step)
+        if (!isEmpty(board, square)) return false;
+    return true;
+}
+
+// The first piece beyond square, walking away from the target along step; 0 when none.
+uint8_t firstBeyond(const Board& board, int square, int step, int& found) {
+    do square += step;
+    while (onBoard(square) && isEmpty(board, square));
+    found = square;
+    return onBoard(square) ? codeAt(board, square) : 0;
+}
+
+}  // namespace
+
+int evalKingShelter(const Board& board, const PawnEntry& entry, int side, int king) {
+    const int enemy = side ^ 1;
+    const int e = fileOf(king) < 4 ? -1 : 1;
+    const int fwd = pawnStep(side);
+    const int file = fileOf(king);
+    int points = 0;
+
+    // Step 1. Open files beside the king matter once the opponent has a rook or queen.
+    const uint32_t enemyMaterial = board.material[enemy];
+    if (rookCount(enemyMaterial) || queenCount(enemyMaterial)) {
+        const uint8_t own = entry.block[side].pawnFreeFiles, theirs = entry.block[enemy].pawnFreeFiles;
+        if (fileFree(own, file - e)) points -= 1;
+        if (fileFree(own, file)) points -= 2;
+        if (fileFree(own, file + e)) points -= 1;
+        if (fileFree(theirs, file)) points -= 1;
+        if (fileFree(theirs, file + e)) points -= 1;
+    }
+
+    // Step 2. Normalise the square.
+    const int k = king + FILE_SHIFT[file] + RANK_SHIFT[rankOf(king)];
+    const int f = k + fwd;
+
+    // Step 3. Shelter pawns, and a bishop on the square in front.
+    auto own = [&](int square) { return pawnAt(board, side, square); };
+    if (own(f - e)) points += 4;
+    if (own(k - e)) points += 2;
+    if (own(f)) points += 7;
+    if (own(k + 2 * fwd)) points += 3;
+    if (codeAt(board, f) == (colourBit(side) | BISHOP_BIT)) points += 4;
+    if (own(f + e)) points += 5;
+    else if (own(f + e + fwd)) points += 5;
+
+    // Step 4. Enemy pawns storming the files around the king.
+    const int back = pawnStep(enemy);  // the enemy pawn's forward step
+    forEachPiece(board, enemy, PAWN_SLOT, [&](int p) {
+        if (std::abs(fileOf(p) - fileOf(k)) > 1) return;
+        if (isEmpty(board, p - back) || isOccupied(board, p - back - 1) || isOccupied(board, p - back + 1))
+            points -= STORM_BY_RANK[ownRank(side, p)];
+    });
+    return points * 16;
+}
+
+int evalKingAttack(const Board& board, int side) {
+    const int enemy = side ^ 1;
+    const int king = board.kingSquare(side);
+    int count = 0, weight = 0;
+
+    // A zone square the defender's pawns cover keeps the slider out; on a file, so does a defending
+    // pawn standing on the square itself (the shelter pawn shuts the file).
+    auto pawnCovered = [&](int target) {
+        const int behind = target - pawnStep(side);
+        return pawnAt(board, side, behind - 1) || pawnAt(board, side, behind + 1);
+    };
+    // The slider's nearest zone square on the board; true when it can reach it.
+    auto bears = [&](const kingzone::Targets& targets, int from, int& target) {
+        for (int i = 0; i < targets.count; ++i) {
+            target = king + targets.offset[i];
+            if (!onBoard(target)) continue;
+            if (!pathEmpty(board, from, target) || pawnCovered(target)) return false;
+            const bool onFile = fileOf(from) == fileOf(target);
+            return !(onFile && pawnAt(board, side, target));
+        }
+        return false;
+    };
+
+    forEachPiece(board, enemy, KNIGHT_SLOT, [&](int square) {
+        if (kingzone::KNIGHT[square - king + 128]) ++count;
+    });
+    forEachPiece(board, enemy, BISHOP_SLOT, [&](int square) {
+        int target;
+        if (!bears(kingzone::BISHOP[square - king + 128], square, target)) return;
+        ++count;
+        int found;
+        const uint8_t behind = firstBeyond(board, square, direction[square - target], found);
+        if (ownsPiece(behind, enemy) && (behind & BISHOP_BIT)) ++count;
+    });
+    weight = count;
+    forEachPiece(board, enemy, ROOK_SLOT, [&](int square) {
+        int target;
+        if (!bears(kingzone::ROOK[square - king + 128], square, target)) return;
+        count += 1;
+        weight += 2;
+        // Up to two more straight movers stacked behind it.
+        const int step = direction[square - target];
+        int at = square;
+        for (int stacked = 0; stacked < 2; ++stacked) {
+            const uint8_t behind = firstBeyond(board, at, step, at);
+            if (!ownsPiece(behind, enemy) || !(behind & ROOK_BIT)) break;
+            count += 1;
+            weight += 2;
+        }
+    });
+    forEachPiece(board, enemy, QUEEN_SLOT, [&](int square) {
+        int target;
+        if (!bears(kingzone::QUEEN[square - king + 128], square, target)) return;
+        count += 1;
+        weight += 4;
+    });
+    return weight * -12 * ATTACKER_SCALE[std::min(count, 15)] / 256;
+}
+
+int evalKing(const Board& board, const PawnEntry& entry, int side) {
+    const int enemy = side ^ 1;
+    const int king = board.kingSquare(side);
+    const int u = static_cast<int>(board.material[enemy] & 255);
+
+    if (u > 13) {
+        // Step 1. Safety: the attack, and the better of the present shelter and the one castling gives.
+        const int attack = evalKingAttack(board, side);
+        const int s0 = evalKingShelter(board, entry, side, king);
+        int s1 = s0, s2 = s0;
+        if (board.castling & (WHITE_SHORT << side)) {
+            int sK = evalKingShelter(board, entry, side, king + 2) - (isEmpty(board, king + 1) ? 24 : 36);
+            if (!isEmpty(board, king + 2)) sK -= 12;
+            s1 = std::max(s0, sK);
+        }
+        if (board.castling & (WHITE_LONG << side)) {
+            int sQ = evalKingShelter(board, entry, side, king - 3) - (isEmpty(board, king - 1) ? 24 : 36);
+            if (!isEmpty(board, king - 2)) sQ -= 12;
+            if (!isEmpty(board, king - 3)) sQ -= 12;
+            s2 = std::max(s0, sQ);
+        }
+        const int f = 256 - (s1 + s2) / 2;
+        int mult = 256, add = 0;
+        if (f > 256) {
+            mult = 512;
+            add = -128;
+        } else if (f >= 0) {
+            mult = f + 256;
+            add = -(f / 2);
+        }
+        const int p = u > 28 ? 16 : u - 12;
+        return (attack * mult / 256) * p / 16 + (add + lookup(KING_MIDDLEGAME, side, king)) * p / 16;
+    }
+
+    // Step 2. The endgame: a central king, the more so the more pawns the opponent has.
+    const int pawns = std::min(pawnCount(board.material[enemy]), 8);
+    int value = lookup(KING_ENDGAME, side, king) * KING_END_BY_PAWNS[pawns] * KING_END_BY_UNITS[u] / 256;
+    if (queenCount(board.material[enemy])) value /= 4;
+    return value;
+}
