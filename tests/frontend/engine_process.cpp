@@ -28,7 +28,8 @@ EngineProcess::EngineProcess(const std::vector<std::string>& args, const std::st
     // A write to an engine that has exited must fail with EPIPE, not kill the test binary.
     signal(SIGPIPE, SIG_IGN);
     int input[2], output[2];
-    if (pipe(input) != 0 || pipe(output) != 0) {
+    // Close-on-exec, so an engine started later does not hold this one's input open.
+    if (pipe2(input, O_CLOEXEC) != 0 || pipe2(output, O_CLOEXEC) != 0) {
         ADD_FAILURE() << "pipe failed";
         return;
     }
