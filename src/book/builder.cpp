@@ -112,11 +112,19 @@ int elo(const PgnGame& game, const char* tag) {
     return value ? std::atoi(value->c_str()) : 0;
 }
 
+// A position without exactly one king of each colour cannot be played from.
+bool hasBothKings(const std::string& fen) {
+    const std::string placement = fen.substr(0, fen.find(' '));
+    return std::count(placement.begin(), placement.end(), 'K') == 1 &&
+           std::count(placement.begin(), placement.end(), 'k') == 1;
+}
+
 // Replays the game's first plies into played; stops at a null move or the first promotion (a record
 // cannot hold the promoted piece). An empty text when the game replays, else why it does not.
 std::string replay(Board& board, const PgnGame& game, int maxPly, std::vector<Played>& played) {
     played.clear();
     const std::string* fen = game.tag("FEN");
+    if (fen && !hasBothKings(*fen)) return "bad FEN";
     if (!board.setFen(fen ? fen->c_str() : START_FEN)) return "bad FEN";
     const size_t plies = std::min(game.moves.size(), static_cast<size_t>(maxPly));
     for (size_t ply = 0; ply < plies; ply++) {
