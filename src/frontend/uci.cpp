@@ -3,19 +3,230 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string>
+
+#include "frontend/subsystem_hooks.h"
+#include "frontend/util/filesystem.h"
+#include "frontend/version.h"
+#include "platform/platform.h"
+#include "search/timecontrol.h"
+#include "search/tt.h"
 
 Uci uci;
 
-int Uci::handleCommand(const char* command, const char*) {
+namespace {
+
+// The protocol's commands and their handlers, matched exactly and taken in every mode.
+struct UciCommand {
+    const char* word;
+    void (Uci::*run)();
+};
+
+const char* const STATUS_NAMES[] = {"_idle_", "pos", "search", "ponder"};
+
+String nextWord(String& source) {
+    return String::nextWord(source, " \t");
+}
+
+// Skips the words up to "value" and returns the one after it.
+String valueWord(String& source) {
+    while (!source.empty())
+        if (nextWord(source) == "value") return nextWord(source);
+    return String();
+}
+
+// The log directory and a numbered file name in it, with a separator between them unless the
+// directory already ends in one.
+std::string logFilePath(const char* directory, unsigned number) {
+    std::string path = directory;
+    if (!path.empty() && path.back() != '/' && path.back() != '\\') path += '/';
+    char name[32];
+    snprintf(name, sizeof name, "kelvra-%04u.log", number);
+    return path + name;
+}
+
+bool fileExists(const std::string& path) {
+    FILE* file = fopen(path.c_str(), "r");
+    if (!file) return false;
+    fclose(file);
+    return true;
+}
+
+}  // namespace
+
+int Uci::handleCommand(const char* command, const char* rest) {
+    static constexpr UciCommand commands[] = {
+        {"uci", &Uci::handshake},   {"position", &Uci::position},     {"go", &Uci::go},
+        {"isready", &Uci::isready}, {"setoption", &Uci::setoption},   {"ucinewgame", &Uci::ucinewgame},
+        {"ponderhit", &Uci::ponderhit}, {"stop", &Uci::stop},         {"quit", &Uci::quit},
+    };
     if (command[0] == 0) return uciMode;
-    if (strcmp(command, "uci") == 0) {
-        uciMode = 1;
+    if (uciMode) log.info("%010u:%s%s\n", platform::getTickCount(), command, rest);
+    while (*rest == ' ') rest++;
+    args = String(rest);
+    for (const UciCommand& entry : commands) {
+        if (strcmp(command, entry.word) != 0) continue;
+        (this->*entry.run)();
+        fflush(out);
+        if (FILE* logFile = Log::stream()) fflush(logFile);
         return 1;
     }
-    if (strcmp(command, "quit") == 0) {
-        // Ends at once, without waiting for a running search.
-        fflush(stdout);
-        exit(0);
+    if (uciMode) {
+        std::string message = std::string("unknown uci command: ") + command;
+        traceMessage(message.c_str());
     }
     return 0;
+}
+
+int Uci::exchangeStatus(int newStatus) {
+    std::lock_guard<std::mutex> lock(statusLock);
+    int old = status;
+    status = newStatus;
+    return old;
+}
+
+void Uci::setStatus(int newStatus) {
+    std::lock_guard<std::mutex> lock(statusLock);
+    status = newStatus;
+}
+
+const char* Uci::statusName() {
+    std::lock_guard<std::mutex> lock(statusLock);
+    return STATUS_NAMES[status];
+}
+
+void Uci::traceMessage(const char* message) {
+    uint32_t tick = platform::getTickCount();
+    log.info("%010u:%s%s\n", tick, message, "");
+    if (!trace) return;
+    const char* name = statusName();
+    std::lock_guard<std::mutex> lock(outputLock);
+    fprintf(out, "trace %010u[%s]: %s\n", tick, name, message);
+    fflush(out);
+}
+
+void Uci::logAnswer(const char* answer, const char* text) {
+    log.info("%010u:%s%s\n", platform::getTickCount(), answer, text);
+}
+
+void Uci::stopSearch() {
+    searchThread.stopSearch();
+}
+
+// Each "uci" starts a new file: kelvra-0000.log, kelvra-0001.log, ... the first name not yet taken.
+// A file opened by an earlier "uci" stays open: the search thread may still be writing to it.
+void Uci::openLogFile() {
+    if (logDir.empty()) return;
+    if (!FileSystem::mkdirs(logDir.c_str())) {
+        log.info("could not create logdir: %s\n", logDir.c_str());
+        return;
+    }
+    unsigned number = 0;
+    while (fileExists(logFilePath(logDir.c_str(), number))) number++;
+    std::string path = logFilePath(logDir.c_str(), number);
+    log.info("redirecting output to %s, file=%s\n", platform::currentDirectory().c_str(), path.c_str());
+    FILE* file = fopen(path.c_str(), "w");
+    if (!file) {
+        log.info("redirect failed!\n");
+        return;
+    }
+    Log::setStream(file);
+}
+
+void Uci::handshake() {
+    openLogFile();
+    char errorLog[64];
+    snprintf(errorLog, sizeof errorLog, "kelvra-%s-error.log", ENGINE_VERSION);
+    if (!freopen(errorLog, "a", stderr)) log.warning("could not open %s\n", errorLog);
+    {
+        std::lock_guard<std::mutex> lock(outputLock);
+        fprintf(out, "\nid name %s-%s\nid author %s\n", ENGINE_NAME, ENGINE_VERSION, ENGINE_AUTHOR);
+        // The column layout of these lines, two blanks after "spin" in the Hash line included, is
+        // what GUIs have always been shown; it stays as it is.
+        fputs("option name Hash            type spin  default 32 min 1 max 4096\n", out);
+        fputs("option name Ponder          type check default false\n", out);
+        fputs("option name OwnBook         type check default true\n", out);
+        fprintf(out, "option name Threads         type spin default %i min 1 max %i\n", threadCount(), MAX_THREADS);
+        fputs("option name UCI_Opponent    type string\n", out);
+        fprintf(out, "option name UCI_EngineAbout type string default %s by %s\n", ENGINE_NAME, ENGINE_AUTHOR);
+        fputs("uciok\n", out);
+        fflush(out);
+    }
+    uciMode = 1;
+    logAnswer("<--uciok");
+}
+
+void Uci::isready() {
+    {
+        std::lock_guard<std::mutex> lock(outputLock);
+        fputs("readyok\n", out);
+        fflush(out);
+    }
+    logAnswer("<--readyok");
+}
+
+void Uci::setoption() {
+    String name;
+    while (!args.empty() && name.empty())
+        if (nextWord(args) == "name") name = nextWord(args);
+
+    // The table and the thread set must not change under a running search; GUIs send options only
+    // while the engine waits, so a request during a search is logged and dropped.
+    bool changesSearch = name == "Hash" || name == "Clear" || name == "Threads";
+    if (changesSearch) {
+        int current;
+        {
+            std::lock_guard<std::mutex> lock(statusLock);
+            current = status;
+        }
+        if (current == SEARCHING || current == PONDER) {
+            log.warning("setoption %s during a search ignored\n", name.c_str());
+            return;
+        }
+        searchThread.waitIdle();
+    }
+
+    if (name == "UCI_Opponent") {
+        String title = valueWord(args);
+        String elo = nextWord(args);
+        String kind = nextWord(args);
+        log.info("Opponent=%s %s, %s, elo=%i\n", title.c_str(), args.c_str(), kind.c_str(), atoi(elo.c_str()));
+    } else if (name == "Hash") {
+        int megabytes = atoi(valueWord(args).c_str());
+        log.info("resizing hash to %uMb\n", unsigned(megabytes));
+        // Past 2 GB the kilobyte count no longer fits an int; the table caps far below that anyway.
+        tt.alloc(megabytes > 0x1FFFFF ? 0x7FFFFFFF : megabytes * 1024);
+        log.info("resized\n");
+    } else if (name == "Clear" && nextWord(args) == "Hash") {
+        log.info("clearing tt...");
+        tt.clear();
+        log.info("tt cleared");
+    } else if (name == "Ponder") {
+        timeControl.canPonder = valueWord(args) == "true";
+        log.info("canponder=%u\n", unsigned(timeControl.canPonder));
+    } else if (name == "OwnBook") {
+        ownBook = valueWord(args) == "true";
+        log.info("usebook=%u\n", unsigned(ownBook));
+    } else if (name == "Threads") {
+        int count = atoi(valueWord(args).c_str());
+        log.info("setting cpus=%i\n", count);
+        setThreads(count);
+    } else {
+        log.info("Option not supported: %s\n", name.c_str());
+    }
+}
+
+void Uci::ucinewgame() {
+    traceMessage("newgame!");
+    outOfBook = OutOfBook();
+}
+
+void Uci::quit() {
+    // Ends at once, without stopping a running search: exit handlers and destructors would run while
+    // the search still reads the tables, so the streams are flushed here and the process leaves
+    // without them.
+    fflush(out);
+    log.info("exit()!\n");
+    fflush(nullptr);
+    std::_Exit(0);
 }

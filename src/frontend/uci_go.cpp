@@ -1,0 +1,160 @@
+// "go", "ponderhit" and "stop": starting the search with its limits, and who answers with "bestmove".
+#include <cstdlib>
+
+#include "book/book.h"
+#include "frontend/uci.h"
+#include "search/timecontrol.h"
+
+namespace {
+
+String nextWord(String& source) {
+    return String::nextWord(source, " \t");
+}
+
+int nextNumber(String& source) {
+    return atoi(nextWord(source).c_str());
+}
+
+}  // namespace
+
+bool Uci::playBookMove() {
+    if (outOfBook.ply != 0) return false;
+    Move move = ownBook ? book.pick(gameBoard) : NO_MOVE;
+    if (move != NO_MOVE) {
+        printBestmove(move, NO_MOVE);
+        traceMessage("go()...ok [book]");
+        return true;
+    }
+    // The first search out of book: from here on the book stays shut until a new game.
+    outOfBook.ply = gameBoard.ply + 1;
+    outOfBook.keyHigh = highHalf(gameBoard.hash);
+    outOfBook.keyLow = lowHalf(gameBoard.hash);
+    log.info("Uci:First search out of book is at %u ply\n", outOfBook.ply);
+    return false;
+}
+
+void Uci::setTimeLimits(int wtime, int btime, int winc, int binc, int movesToGo, int movetime, bool infinite) {
+    timeControl.start();
+    timeControl.infinite = infinite;
+    // The first moves after the book get more time: the table holds nothing yet to build on.
+    timeControl.outOfBook = 0;
+    const uint32_t p = outOfBook.ply;
+    if (p != 0 && gameBoard.ply + 1 >= p) {
+        timeControl.outOfBook = int((gameBoard.ply + 1 - p) >> 1) + 1;
+        log.info("out of book=%i\n", timeControl.outOfBook);
+    }
+
+    if (movetime >= 0) {
+        log.info("got hard moves/millis=%i/%i\n", movesToGo, movetime);
+        timeControl.setMoveTime(movetime);
+    } else {
+        const bool white = gameBoard.sideToMove == 0;
+        const int clock = white ? wtime : btime;
+        if (clock >= 0) {
+            log.info("got wb moves/millis=%i/%i\n", movesToGo, clock);
+            timeControl.setClock(movesToGo, usableClock(clock), white ? winc : binc);
+        } else {
+            // Depth, an infinite search or the last limits end this one.
+            log.warning("NO TIME CALCULATED\n");
+        }
+    }
+    log.info("Nominal search time is %3.2f seconds, infinite=%i\n", timeControl.phaseLimit[2] / 1000.0,
+             int(timeControl.infinite.load()));
+}
+
+void Uci::go() {
+    traceMessage("go()...");
+    // A "go" on top of a running search: that search answers its own "go" first.
+    int current;
+    {
+        std::lock_guard<std::mutex> lock(statusLock);
+        current = status;
+    }
+    if (current == SEARCHING || current == PONDER) stopSearch();
+    searchThread.waitIdle();
+
+    if (playBookMove()) return;
+
+    // Step 1. The limits.
+    int wtime = -1, btime = -1, winc = 0, binc = 0, depth = 0, movesToGo = 0, movetime = -1;
+    bool infinite = false;
+    int newStatus = SEARCHING;
+    for (String word = nextWord(args); !word.empty() || !args.empty(); word = nextWord(args)) {
+        if (word == "wtime") wtime = nextNumber(args);
+        else if (word == "btime") btime = nextNumber(args);
+        else if (word == "winc") winc = nextNumber(args);
+        else if (word == "binc") binc = nextNumber(args);
+        else if (word == "depth") depth = nextNumber(args);
+        else if (word == "nodes") nextNumber(args);
+        else if (word == "movetime") movetime = nextNumber(args);
+        else if (word == "movestogo") movesToGo = nextNumber(args);
+        else if (word == "infinite") infinite = true;
+        else if (word == "ponder") {
+            log.info("START pondering\n");
+            infinite = true;
+            newStatus = PONDER;
+        }
+    }
+
+    // Step 2. The status; a "go" out of turn still searches.
+    int old = exchangeStatus(newStatus);
+    if (old != POSITION) log.warning("Expected current status==POSITION, got %i\n", old);
+
+    // Step 3. Depth and clock.
+    searchThread.maxDepth = depth;
+    setTimeLimits(wtime, btime, winc, binc, movesToGo, movetime, infinite);
+
+    // Step 4. The search runs on its own thread; input goes on being read meanwhile.
+    reported = Reported();
+    searchThread.listener = this;
+    searchThread.startSearch(false);
+    traceMessage("go() ok");
+}
+
+void Uci::ponderhit() {
+    traceMessage("ponderhit()...");
+    switch (exchangeStatus(SEARCHING)) {
+    case IDLE:
+        // The ponder search ended before the opponent moved; its answer was held back until now.
+        log.info("Uci:ponderhit(): already finished\n");
+        setStatus(IDLE);
+        printInfoLine(searchThread.depth, searchThread.bestScore);
+        printBestmove(searchThread.bestMove(), searchThread.ponderMove());
+        break;
+    case POSITION:
+        log.warning("uci:: ponderhit without preceeding go(): send bestmove 0000\n");
+        setStatus(POSITION);
+        printBestmove(NO_MOVE, NO_MOVE);
+        break;
+    case PONDER:
+        searchThread.ponderhit();
+        break;
+    case SEARCHING:
+        log.warning("uci::ponderhit status==SEARCHING, ponderhit ignored\n");
+        break;
+    }
+    traceMessage("ponderhit() ok");
+}
+
+void Uci::stop() {
+    traceMessage("stop()...");
+    switch (exchangeStatus(IDLE)) {
+    case IDLE:
+        // The ponder search ended before the opponent moved: its withheld answer, without ponder move.
+        printInfoLine(searchThread.depth, searchThread.bestScore);
+        printBestmove(searchThread.bestMove(), NO_MOVE);
+        break;
+    case POSITION:
+        log.warning("uci:: stop without preceeding go?\n");
+        printBestmove(NO_MOVE, NO_MOVE);
+        break;
+    case SEARCHING:
+    case PONDER:
+        // The status is no longer PONDER, so the search's finish prints the bestmove.
+        log.info("uci:stop() START\n");
+        stopSearch();
+        log.info("uci:stop() END\n");
+        break;
+    }
+    traceMessage("stop() ok");
+}

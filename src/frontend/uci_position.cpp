@@ -1,0 +1,90 @@
+// "position": sets up the game board from "startpos" or a FEN and plays the moves after "moves".
+#include <string>
+
+#include "board/makemove.h"
+#include "board/notation.h"
+#include "frontend/uci.h"
+
+namespace {
+
+String nextWord(String& source) {
+    return String::nextWord(source, " \t");
+}
+
+}  // namespace
+
+void Uci::position() {
+    traceMessage("position()...");
+
+    // Step 1. The new status, and a search that the GUI forgot to stop.
+    int old = exchangeStatus(POSITION);
+    if (old == POSITION) log.info("uci: 2x position?\n");
+    if (old == SEARCHING || old == PONDER) {
+        log.warning("position(): search still running? status=\n");
+        traceMessage("position: not stopped? stopping!...");
+        stopSearch();
+        traceMessage("position: stopped.");
+        // The stopped search has answered its "go" and left the status idle; the new position stands.
+        setStatus(POSITION);
+    }
+    // A search that has just reported its end may still be winding down; the board is its input.
+    searchThread.waitIdle();
+
+    // Step 2. The position itself; any other first word leaves the board as it is.
+    String word = nextWord(args);
+    if (word == "startpos") {
+        gameBoard.setFen(START_FEN);
+        word = nextWord(args);
+    } else if (word == "fen") {
+        std::string fen;
+        for (word = nextWord(args); !word.empty() && !(word == "moves"); word = nextWord(args)) {
+            if (!fen.empty()) fen += ' ';
+            fen += word.c_str();
+        }
+        if (!gameBoard.setFen(fen.c_str())) {
+            // An unreadable FEN leaves no usable position; the start position is the safe fallback.
+            log.warning("WARNING invalid FEN from GUI: %s\n", fen.c_str());
+            gameBoard.setFen(START_FEN);
+            word = String();
+        }
+    } else {
+        traceMessage("position() ok");
+        return;
+    }
+
+    // Step 3. The moves; the first one that is no move or not legal ends the list.
+    bool reachedOutOfBook = false;
+    if (word == "moves") {
+        for (word = nextWord(args); !word.empty(); word = nextWord(args)) {
+            if (word.c_str()[0] == '.') {
+                log.info("SKIP continuation move: %s\n", word.c_str());
+                continue;
+            }
+            Move move = isMove(gameBoard, word.c_str());
+            if (move == NO_MOVE) {
+                log.warning("WARNING invalid move from GUI: %s\n", word.c_str());
+                break;
+            }
+            move = makeMove(gameBoard, move);
+            if (move == NO_MOVE) {
+                log.warning("illegal move: %s\n", word.c_str());
+                break;
+            }
+            gameBoard.lastMove = move;
+            if (highHalf(gameBoard.hash) == outOfBook.keyHigh && lowHalf(gameBoard.hash) == outOfBook.keyLow)
+                reachedOutOfBook = true;
+        }
+    }
+
+    // Step 4. A GUI that starts a new game without "ucinewgame" never passes the position where the
+    // last game left the book: that game is over, and the book is open again.
+    if (!reachedOutOfBook && outOfBook.ply != 0) {
+        traceMessage("newgame!");
+        outOfBook = OutOfBook();
+    }
+
+    // Step 5. The history is not taken back from here, so the piece lists can be closed up.
+    gameBoard.compactPieceLists();
+    if (FILE* logFile = Log::stream()) gameBoard.print(logFile, 0);
+    traceMessage("position() ok");
+}
