@@ -1,0 +1,61 @@
+// The protocol's texts for moves and scores, and the clock it hands to the time control.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "frontend/uci.h"
+
+namespace {
+
+constexpr int square(char file, char rank) {
+    return (rank - '1') * 16 + (file - 'a');
+}
+
+std::string moveText(Move move) {
+    char text[8];
+    uciMoveText(text, move);
+    return text;
+}
+
+std::string scoreText(int score) {
+    char text[24];
+    uciScoreText(text, score);
+    return text;
+}
+
+TEST(UciText, MovesAreCoordinatesWithASmallPromotionLetter) {
+    EXPECT_EQ(moveText(NO_MOVE), "0000");
+    EXPECT_EQ(moveText(makeMoveWord(square('e', '2'), square('e', '4'), 0, MOVE_DOUBLE_PUSH)), "e2e4");
+    EXPECT_EQ(moveText(makeMoveWord(square('a', '1'), square('h', '8'), 17)), "a1h8");
+    // Castling is the king's own step; check and reduction marks never show.
+    EXPECT_EQ(moveText(makeMoveWord(square('e', '8'), square('c', '8'), 0, MOVE_CASTLING | MOVE_CHECK)), "e8c8");
+    EXPECT_EQ(moveText(makeMoveWord(square('g', '1'), square('f', '3'), 0, MOVE_REDUCED | MOVE_CHECKS)), "g1f3");
+    const Move push = makeMoveWord(square('e', '7'), square('d', '8'), 20);
+    EXPECT_EQ(moveText(push | promotionFlag(7)), "e7d8q");
+    EXPECT_EQ(moveText(push | promotionFlag(6)), "e7d8r");
+    EXPECT_EQ(moveText(push | promotionFlag(5)), "e7d8b");
+    EXPECT_EQ(moveText(push | promotionFlag(2)), "e7d8n");
+}
+
+TEST(UciText, ScoresBeyondTheMateBoundsAreMovesToMate) {
+    EXPECT_EQ(scoreText(29999), " score mate 1");  // mate at ply 1
+    EXPECT_EQ(scoreText(29997), " score mate 2");
+    EXPECT_EQ(scoreText(29001), " score mate 500");
+    EXPECT_EQ(scoreText(-29998), " score mate -1");  // mated at ply 2
+    EXPECT_EQ(scoreText(-29996), " score mate -2");
+    EXPECT_EQ(scoreText(29000), " score cp 29000");
+    EXPECT_EQ(scoreText(-29000), " score cp -29000");
+    EXPECT_EQ(scoreText(0), " score cp 0");
+    EXPECT_EQ(scoreText(-35), " score cp -35");
+}
+
+TEST(UciText, ClockHandedToTheTimeControl) {
+    EXPECT_EQ(usableClock(5000), 2500);
+    EXPECT_EQ(usableClock(6000), 3000);
+    EXPECT_EQ(usableClock(6001), 3001);
+    EXPECT_EQ(usableClock(60000), 57000);
+    EXPECT_EQ(usableClock(150), 100);
+    EXPECT_EQ(usableClock(0), 100);
+}
+
+}  // namespace
