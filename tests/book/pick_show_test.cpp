@@ -50,7 +50,7 @@ TEST_F(BookMoves, ShowPrintsShareGamesScoreAndDrawsWithATotalsLine) {
     EXPECT_EQ(shown(book), HEADER +
                                " 40.0%  e2e4          4   87.500   25.000\n"
                                " 60.0%  d2d4          6   50.000   33.333\n" +
-                               TOTALS_RULE + "100.0%                10   65.000   30.000\n");
+                               TOTALS_RULE + "100.0%               10   65.000   30.000\n");
 
     openBook(book, {{0, G1 | BOOK_ODD_PLY, F3, 1, 0, 1}});
     EXPECT_EQ(shown(book), HEADER + "100.0%  Ng1f3         2   50.000    0.000\n") << "one move: no totals line";
@@ -65,7 +65,7 @@ TEST_F(BookMoves, ShowKeepsTheTotalsInSixteenBits) {
     EXPECT_EQ(shown(book), HEADER +
                                " 50.0%  e2e4      40000  100.000    0.000\n"
                                " 50.0%  d2d4      40000  100.000    0.000\n" +
-                               TOTALS_RULE + "100.0%             14464  100.000    0.000\n");
+                               TOTALS_RULE + "100.0%            14464  100.000    0.000\n");
 }
 
 TEST_F(BookMoves, PickChoosesMovesInProportionToTheirGames) {
