@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "book/book.h"
+#include "eval/egbb.h"
 
 void initTables() {}
 
@@ -16,7 +17,9 @@ bool openBookFile(const char* path, unsigned& positions) {
     return true;
 }
 
-void loadBitbases(const char*, int) {}
+void loadBitbases(const char* directory, int cacheMb) {
+    if (egbb.load(directory)) egbb.init(cacheMb);
+}
 
 void resizeTt(int) {}
 
