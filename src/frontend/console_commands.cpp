@@ -7,6 +7,7 @@ std::span<const ConsoleCommand> optionCommands();  // set_command.cpp
 std::span<const ConsoleCommand> quitCommands();    // quit_command.cpp
 std::span<const ConsoleCommand> helpCommands();    // help_command.cpp
 std::span<const ConsoleCommand> bookCommands();    // book_commands.cpp
+std::span<const ConsoleCommand> evalCommands();    // eval_command.cpp
 
 namespace {
 
@@ -18,6 +19,7 @@ constexpr CommandGroup groups[] = {
     quitCommands,
     helpCommands,
     bookCommands,
+    evalCommands,
 };
 
 }  // namespace
