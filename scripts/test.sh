@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds and runs every test: the Release build, then the AddressSanitizer+UndefinedBehaviorSanitizer
-# build and the ThreadSanitizer build (both with assertions on). Fails on the first failure.
+# build and the ThreadSanitizer build (both with assertions on). Fails on the first failure; a test
+# that runs past five minutes counts as failed, so a hang cannot stall CI.
 set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
 . "$root/scripts/prerequisites.sh"
@@ -14,12 +15,12 @@ build() {  # build <dir> <cmake args...>
 }
 
 build release -DCMAKE_BUILD_TYPE=Release
-ctest --test-dir "$root/build/release" --output-on-failure -j "$jobs"
+ctest --test-dir "$root/build/release" --output-on-failure --timeout 300 -j "$jobs"
 
 # Under the sanitizers KELVRA_SANITIZED=1 tells tests to shrink their heavy loops (deep perft and the like).
 for san in address thread; do
   build "$san" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-O1 -g" -DKELVRA_SANITIZE=$san
   KELVRA_SANITIZED=1 ASAN_OPTIONS=detect_leaks=1 TSAN_OPTIONS=halt_on_error=1 UBSAN_OPTIONS=print_stacktrace=1 \
-    ctest --test-dir "$root/build/$san" --output-on-failure -j "$jobs"
+    ctest --test-dir "$root/build/$san" --output-on-failure --timeout 300 -j "$jobs"
 done
 echo "all tests passed"
