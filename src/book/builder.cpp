@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 #include "board/board.h"
@@ -29,12 +28,14 @@ constexpr uint32_t PROGRESS_MS = 2000;
 // (no real position has it), so that every real position is reachable.
 constexpr BookEntry FIRST_RECORD = {0, 0, 0, 0, 1, 0};
 
-// Counts per position and move, gathered game by game. Each position keeps a chain of its moves.
+// Counts per position and move, gathered game by game. Positions live in an open-addressing table
+// (the keys are random, so their low bits index it well); each keeps a chain of its moves.
 class Tally {
 public:
+    Tally() : slots(1024, Slot{0, NONE}) {}
+
     void add(uint64_t key, uint8_t from, uint8_t to, Outcome outcome) {
-        auto [slot, fresh] = first.try_emplace(key, NONE);
-        uint32_t* link = &slot->second;
+        uint32_t* link = &slotOf(key).head;
         while (*link != NONE) {
             Node& node = nodes[*link];
             if ((node.entry.from & 127) == (from & 127) && node.entry.to == to) {
@@ -48,21 +49,22 @@ public:
         countGame(nodes.back().entry, outcome);
     }
 
-    size_t positions() const { return first.size(); }
+    size_t positions() const { return used; }
     size_t moves() const { return nodes.size(); }
 
     // The book: sorted by key, a position's moves most played first, at most BOOK_MAX_ENTRIES of them
     // (a probe reads no more), after the options' thresholds.
     std::vector<BookEntry> entries(const BookBuildOptions& options) const {
-        std::vector<uint64_t> keys;
-        keys.reserve(first.size());
-        for (const auto& [key, index] : first) keys.push_back(key);
-        std::sort(keys.begin(), keys.end());
+        std::vector<Slot> positions;
+        positions.reserve(used);
+        for (const Slot& slot : slots)
+            if (slot.head != NONE) positions.push_back(slot);
+        std::sort(positions.begin(), positions.end(), [](const Slot& a, const Slot& b) { return a.key < b.key; });
         std::vector<BookEntry> book{FIRST_RECORD};
         std::vector<BookEntry> moves;
-        for (uint64_t key : keys) {
+        for (const Slot& position : positions) {
             moves.clear();
-            for (uint32_t i = first.at(key); i != NONE; i = nodes[i].next) {
+            for (uint32_t i = position.head; i != NONE; i = nodes[i].next) {
                 const BookEntry& entry = nodes[i].entry;
                 const uint32_t games = entry.games();
                 const uint32_t points = 2u * entry.won + entry.drawn;
@@ -80,11 +82,43 @@ public:
 
 private:
     static constexpr uint32_t NONE = UINT32_MAX;
+    struct Slot {
+        uint64_t key;
+        uint32_t head;  // NONE while the slot is free
+    };
     struct Node {
         BookEntry entry;
         uint32_t next;
     };
-    std::unordered_map<uint64_t, uint32_t> first;
+
+    // The slot of key; a new key gets a free slot, whose empty chain the caller fills.
+    Slot& slotOf(uint64_t key) {
+        if (2 * (used + 1) > slots.size()) grow();
+        const size_t mask = slots.size() - 1;
+        size_t i = key & mask;
+        while (slots[i].head != NONE && slots[i].key != key) i = (i + 1) & mask;
+        if (slots[i].head == NONE) {
+            // A new position: add() hangs its first move on the slot at once.
+            used++;
+            slots[i].key = key;
+        }
+        return slots[i];
+    }
+
+    void grow() {
+        std::vector<Slot> old(slots.size() * 2, Slot{0, NONE});
+        old.swap(slots);
+        const size_t mask = slots.size() - 1;
+        for (const Slot& slot : old) {
+            if (slot.head == NONE) continue;
+            size_t i = slot.key & mask;
+            while (slots[i].head != NONE) i = (i + 1) & mask;
+            slots[i] = slot;
+        }
+    }
+
+    std::vector<Slot> slots;
+    size_t used = 0;
     std::vector<Node> nodes;
 };
 

@@ -2,7 +2,10 @@
 // files of any size read in constant memory.
 #include "book/pgn.h"
 
+#include <array>
+#include <cstdint>
 #include <cstring>
+#include <string_view>
 
 namespace {
 
@@ -14,12 +17,24 @@ constexpr size_t MAX_TAGS = 128;
 // Where a lost game (an unclosed comment or variation) gives way to the next one.
 constexpr char NEXT_GAME[] = "[Event \"";
 
-bool isDigit(int c) { return c >= '0' && c <= '9'; }
-bool isBlank(int c) { return c >= 0 && c <= ' '; }
-bool endsToken(int c) { return c == EOF || isBlank(c) || (c < 128 && std::strchr("{}()[];$", c) != nullptr); }
+// Character classes, looked up once per byte.
+constexpr uint8_t BLANK = 1;      // spaces, tabs, line ends and other control characters
+constexpr uint8_t DELIMITER = 2;  // ends a word: a blank or one of {}()[];$
+constexpr uint8_t MOVE_CHAR = 4;  // a character the move parser knows
 
-// The characters the move parser knows; anything else is not a move.
-bool isMoveChar(char c) { return c > 0 && std::strchr("abcdefghKQRBNPqrbnOo12345678x=+#-", c) != nullptr; }
+constexpr std::array<uint8_t, 256> buildClasses() {
+    std::array<uint8_t, 256> classes{};
+    for (int c = 0; c <= ' '; c++) classes[c] = BLANK | DELIMITER;
+    for (char c : std::string_view("{}()[];$")) classes[static_cast<uint8_t>(c)] = DELIMITER;
+    for (char c : std::string_view("abcdefghKQRBNPqrbnOo12345678x=+#-")) classes[static_cast<uint8_t>(c)] = MOVE_CHAR;
+    return classes;
+}
+constexpr std::array<uint8_t, 256> CLASSES = buildClasses();
+
+bool isDigit(int c) { return c >= '0' && c <= '9'; }
+bool isBlank(int c) { return c != EOF && (CLASSES[c] & BLANK); }
+bool endsToken(int c) { return c == EOF || (CLASSES[c] & DELIMITER); }
+bool isMoveChar(char c) { return CLASSES[static_cast<uint8_t>(c)] & MOVE_CHAR; }
 
 bool isResult(const std::string& token) {
     return token == "1-0" || token == "0-1" || token == "1/2-1/2" || token == "*";
@@ -148,13 +163,15 @@ void PgnReader::readTag(PgnGame& game) {
 }
 
 bool PgnReader::takeToken(std::string& token, PgnGame& game) {
-    if (isResult(token)) {
-        game.result = token;
-        return true;
-    }
-    if (token == "1/2") {
-        game.result = "1/2-1/2";
-        return true;
+    if (token[0] == '0' || token[0] == '1' || token[0] == '*') {
+        if (isResult(token)) {
+            game.result = token;
+            return true;
+        }
+        if (token == "1/2") {
+            game.result = "1/2-1/2";
+            return true;
+        }
     }
     // A move number, with "." or "..." and maybe the move glued on ("1.d4", "28...b5?").
     size_t start = 0;
@@ -180,7 +197,12 @@ bool PgnReader::takeToken(std::string& token, PgnGame& game) {
 }
 
 bool PgnReader::next(PgnGame& game) {
-    game = PgnGame{};
+    // Cleared rather than replaced, so the storage of one game serves the next.
+    game.number = 0;
+    game.tags.clear();
+    game.moves.clear();
+    game.result.clear();
+    game.error.clear();
     bool started = false;  // tags or movetext seen
     bool inMoves = false;  // movetext seen: a tag now starts the next game
     int depth = 0;         // variation nesting
