@@ -124,7 +124,7 @@ Move* Picker::next() {
             end = deferredEnd;
             break;
         case PICK_UNDERPROMOTIONS:
-            // Set aside from the top down: turn them back into generator order.
+            // Set aside from the top down: turn them back into the order they were set aside in.
             batch = underpromotionsBegin;
             end = moves + 2 * MAX_MOVES;
             std::reverse(batch, end);

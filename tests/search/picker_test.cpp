@@ -1,0 +1,315 @@
+#include "search/picker.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "board/makemove.h"
+#include "board/movegen.h"
+#include "board/see.h"
+
+namespace {
+
+struct Batch {
+    int stage;
+    std::vector<Move> moves;  // empty slots included
+};
+
+std::vector<Batch> drain(Picker& picker) {
+    std::vector<Batch> batches;
+    while (Move* batch = picker.next()) batches.push_back({picker.stage, std::vector<Move>(batch, picker.end)});
+    return batches;
+}
+
+std::vector<Move> allMoves(const std::vector<Batch>& batches) {
+    std::vector<Move> moves;
+    for (const Batch& b : batches)
+        for (Move m : b.moves)
+            if (m != NO_MOVE) moves.push_back(m & ~MOVE_CHECKS);
+    return moves;
+}
+
+const Batch* findStage(const std::vector<Batch>& batches, int stage) {
+    for (const Batch& b : batches)
+        if (b.stage == stage) return &b;
+    return nullptr;
+}
+
+std::vector<Move> sorted(std::vector<Move> moves) {
+    std::sort(moves.begin(), moves.end());
+    return moves;
+}
+
+bool contains(const std::vector<Move>& moves, Move move) {
+    return std::find(moves.begin(), moves.end(), move) != moves.end();
+}
+
+std::unique_ptr<Board> boardFrom(const char* fen) {
+    auto board = std::make_unique<Board>();
+    EXPECT_TRUE(board->setFen(fen)) << fen;
+    return board;
+}
+
+constexpr int square(const char* name) { return makeSquare(name[0] - 'a', name[1] - '1'); }
+Move quiet(const char* from, const char* to) { return makeMoveWord(square(from), square(to)); }
+
+// Checks every node of a small tree under a position: the picker hands out each move of the full
+// generator exactly once, in batches whose kinds and order hold what the stages promise.
+class TreeWalk {
+public:
+    int nodes = 0;
+    int killersTried = 0;
+
+    void walk(Board& board, int depth) {
+        checkNode(board);
+        if (depth == 0) return;
+        MoveList list;
+        Move* end = board.inCheck() ? generateEvasions(board, list) : generateMoves(board, list);
+        const Move last = board.lastMove;
+        for (Move* m = list; m < end; m++) {
+            const SavedState saved = saveState(board);
+            const Move made = makeMove(board, *m);
+            if (made == NO_MOVE) continue;
+            board.lastMove = made;
+            walk(board, depth - 1);
+            takeBack(board, made, saved);
+            board.lastMove = last;
+        }
+    }
+
+private:
+    // Killers come from the previous node: sometimes playable here, often not.
+    Move killers[2] = {NO_MOVE, NO_MOVE};
+
+    void checkNode(Board& board) {
+        nodes++;
+        MoveList list;
+        const bool inCheck = board.inCheck();
+        Move* end = inCheck ? generateEvasions(board, list) : generateMoves(board, list);
+        std::vector<Move> expected(list, end);
+        for (Move& m : expected) m &= ~MOVE_CHECKS;
+
+        if (inCheck) {
+            Picker picker = Picker::evasions(board);
+            EXPECT_EQ(picker.evasionCount(), int(expected.size())) << describe(board);
+            const std::vector<Batch> batches = drain(picker);
+            ASSERT_LE(batches.size(), 1u) << describe(board);
+            if (!batches.empty()) {
+                EXPECT_EQ(batches[0].stage, PICK_EVASIONS);
+            }
+            EXPECT_EQ(sorted(allMoves(batches)), sorted(expected)) << describe(board);
+            return;
+        }
+
+        Picker picker = Picker::interior(board, killers[0], killers[1]);
+        const std::vector<Batch> batches = drain(picker);
+        EXPECT_EQ(sorted(allMoves(batches)), sorted(expected)) << describe(board);
+        EXPECT_EQ(picker.next(), nullptr);  // stays exhausted
+        int previous = PICK_START;
+        const int side = static_cast<int>(board.sideToMove);
+        for (const Batch& b : batches) {
+            EXPECT_GT(b.stage, previous) << describe(board);
+            previous = b.stage;
+            int lastSee = 1000;
+            for (Move m : b.moves) {
+                if (m == NO_MOVE) continue;
+                const int kind = promotionKind(m);
+                switch (b.stage) {
+                case PICK_GOOD_CAPTURES: {
+                    const int value = see(board, side, m);
+                    EXPECT_TRUE(isCapture(m) || kind == QUEEN) << describe(board);
+                    EXPECT_GE(value, 0) << describe(board);
+                    EXPECT_LE(value, lastSee) << describe(board);  // best exchange first
+                    lastSee = value;
+                    break;
+                }
+                case PICK_KILLER_1:
+                case PICK_KILLER_2:
+                    EXPECT_TRUE(m == killers[0] || m == killers[1]) << describe(board);
+                    killersTried++;
+                    break;
+                case PICK_QUIET: EXPECT_TRUE(!isCapture(m) && kind == 0) << describe(board); break;
+                case PICK_LOSING_CAPTURES: EXPECT_LT(see(board, side, m), 0) << describe(board); break;
+                case PICK_UNDERPROMOTIONS: EXPECT_TRUE(kind != 0 && kind != QUEEN) << describe(board); break;
+                default: ADD_FAILURE() << "stage " << b.stage << " at an interior node " << describe(board);
+                }
+            }
+        }
+        if (const Batch* q = findStage(batches, PICK_QUIET)) {
+            killers[1] = killers[0];
+            for (Move m : q->moves)
+                if (m != NO_MOVE) killers[0] = m;
+        }
+
+        // Quiescence with checks: nothing twice, and nothing the position does not have.
+        Picker quiescence = Picker::quiescence(board, NO_MOVE, 0, true);
+        const std::vector<Move> picked = allMoves(drain(quiescence));
+        std::vector<Move> unique = sorted(picked);
+        EXPECT_EQ(std::adjacent_find(unique.begin(), unique.end()), unique.end()) << describe(board);
+        for (Move m : picked) {
+            if (!exposesKing(board, board.kingSquare(side), moveFrom(m), moveTo(m))) {
+                EXPECT_TRUE(contains(expected, m)) << describe(board);
+            }
+        }
+    }
+
+    static std::string describe(Board& board) {
+        char* text = nullptr;
+        size_t size = 0;
+        FILE* stream = open_memstream(&text, &size);
+        board.writeFen(stream);
+        std::fclose(stream);
+        std::string fen(text, size);
+        std::free(text);
+        return fen;
+    }
+};
+
+TEST(PickerTest, EveryMoveExactlyOnceOverThePerftPositions) {
+    std::ifstream file(KELVRA_DATA_DIR "/perft.epd");
+    ASSERT_TRUE(file.good());
+    const int depth = std::getenv("KELVRA_SANITIZED") ? 2 : 3;
+    TreeWalk walk;
+    std::string line;
+    while (std::getline(file, line)) {
+        if (line.empty()) continue;
+        auto board = boardFrom(line.substr(0, line.find(';')).c_str());
+        walk.walk(*board, depth);
+    }
+    EXPECT_GT(walk.nodes, 5000);
+    EXPECT_GT(walk.killersTried, 100);
+}
+
+TEST(PickerTest, KillerThatCannotBePlayedIsSkipped) {
+    auto board = boardFrom(START_FEN);
+    Picker picker = Picker::interior(*board, quiet("e2", "e5"), quiet("g1", "f3"));
+    const std::vector<Batch> batches = drain(picker);
+    ASSERT_EQ(batches.size(), 2u);  // no captures, no first killer
+    EXPECT_EQ(batches[0].stage, PICK_KILLER_2);
+    EXPECT_EQ(batches[0].moves, std::vector<Move>{quiet("g1", "f3")});
+    EXPECT_EQ(batches[1].stage, PICK_QUIET);
+    EXPECT_EQ(allMoves(batches).size(), 20u);
+}
+
+TEST(PickerTest, KillerIsNotSearchedTwice) {
+    auto board = boardFrom(START_FEN);
+    const Move knight = quiet("g1", "f3");
+    for (Move second : {quiet("b1", "c3"), knight}) {
+        Picker picker = Picker::interior(*board, knight, second);
+        const std::vector<Batch> batches = drain(picker);
+        const std::vector<Move> moves = allMoves(batches);
+        EXPECT_EQ(std::count(moves.begin(), moves.end(), knight), 1);
+        EXPECT_EQ(moves.size(), 20u);
+        EXPECT_EQ(batches[0].stage, PICK_KILLER_1);
+        EXPECT_EQ(batches[0].moves, std::vector<Move>{knight});
+    }
+}
+
+TEST(PickerTest, CapturesByExchangeLosingOnesAfterQuietMoves) {
+    // Qxe5 loses the queen to the d6 pawn; Qxa5 and Rxh7 win material.
+    auto board = boardFrom("4k3/7r/3p4/p3p3/8/8/8/4QK1R w - - 0 1");
+    Picker picker = Picker::interior(*board, NO_MOVE, NO_MOVE);
+    const std::vector<Batch> batches = drain(picker);
+    ASSERT_EQ(batches.size(), 3u);
+    EXPECT_EQ(batches[0].stage, PICK_GOOD_CAPTURES);
+    ASSERT_EQ(batches[0].moves.size(), 2u);
+    EXPECT_EQ(moveTo(batches[0].moves[0]), square("h7"));  // the rook, 5, before the pawn, 1
+    EXPECT_EQ(moveTo(batches[0].moves[1]), square("a5"));
+    EXPECT_EQ(batches[1].stage, PICK_QUIET);
+    EXPECT_EQ(batches[2].stage, PICK_LOSING_CAPTURES);
+    ASSERT_EQ(batches[2].moves.size(), 1u);
+    EXPECT_EQ(moveTo(batches[2].moves[0]), square("e5"));
+}
+
+TEST(PickerTest, UnderpromotionsComeLast) {
+    auto board = boardFrom("r3k3/1P6/8/8/8/8/8/4K3 w - - 0 1");
+    Picker picker = Picker::interior(*board, NO_MOVE, NO_MOVE);
+    const std::vector<Batch> batches = drain(picker);
+    const Batch* under = findStage(batches, PICK_UNDERPROMOTIONS);
+    ASSERT_NE(under, nullptr);
+    EXPECT_EQ(under->moves.size(), 6u);  // bxa8 and b8, each to N, R, B
+    EXPECT_EQ(batches.back().stage, PICK_UNDERPROMOTIONS);
+    MoveList list;
+    std::vector<Move> generated(list, generateCaptures(*board, list));
+    std::erase_if(generated, [](Move m) { return promotionKind(m) == QUEEN; });
+    EXPECT_EQ(sorted(under->moves), sorted(generated));
+}
+
+TEST(PickerTest, ThreatEvasionsFirst) {
+    // Black threatens Bxe4. The knight's safe steps and the pawn's interposition on d5 (covered by c4)
+    // come first; Nd6 and Nf6 would lose the knight to the e7 pawn.
+    auto board = boardFrom("4k3/1b2p3/8/8/2PPN3/8/8/4K3 w - - 0 1");
+    const Move threat = makeMoveWord(square("b7"), square("e4"), board->at(square("e4")));
+    Picker picker = Picker::interior(*board, NO_MOVE, NO_MOVE);
+    Move* batch = picker.next();
+    ASSERT_EQ(picker.stage, PICK_QUIET);
+    const std::vector<Move> original(batch, picker.end);
+    picker.orderThreatEvasions(threat);
+    const std::vector<Move> ordered(batch, picker.end);
+
+    const std::vector<Move> safe = {quiet("e4", "c3"), quiet("e4", "c5"), quiet("e4", "d2"), quiet("e4", "f2"),
+                                    quiet("e4", "g3"), quiet("e4", "g5"), quiet("d4", "d5")};
+    std::vector<Move> expectedFront;  // in batch order
+    for (Move m : original)
+        if (contains(safe, m)) expectedFront.push_back(m);
+    ASSERT_EQ(expectedFront.size(), safe.size());
+    EXPECT_EQ(std::vector<Move>(ordered.begin(), ordered.begin() + long(safe.size())), expectedFront);
+    EXPECT_EQ(sorted(ordered), sorted(original));
+}
+
+TEST(PickerTest, QuiescenceCaptureFilter) {
+    // Qxa4 (a pawn, and check) and Qxg4 (a knight); Black has too little material for the full
+    // threshold, so it drops by one unit.
+    auto board = boardFrom("4k3/8/8/8/p5n1/8/8/3QK3 w - - 0 1");
+    const Move takesPawn = makeMoveWord(square("d1"), square("a4"), board->at(square("a4")));
+    const Move takesKnight = makeMoveWord(square("d1"), square("g4"), board->at(square("g4")));
+    auto captures = [&](Move hash, int delta, bool checks) {
+        Picker picker = Picker::quiescence(*board, hash, delta, checks);
+        Move* batch = picker.next();
+        if (!batch) return std::vector<Move>{};
+        EXPECT_EQ(picker.stage, PICK_QUIESCENCE_CAPTURES);
+        return std::vector<Move>(batch, picker.end);
+    };
+    EXPECT_EQ(captures(NO_MOVE, 0, false), (std::vector<Move>{takesKnight, takesPawn}));
+    EXPECT_EQ(captures(takesPawn, 0, false), (std::vector<Move>{takesPawn, takesKnight}));
+    EXPECT_EQ(captures(NO_MOVE, 450, false), std::vector<Move>{takesKnight});  // 4 - 1 units: the pawn goes
+    EXPECT_EQ(captures(NO_MOVE, 450, true), (std::vector<Move>{takesKnight, takesPawn}));  // it checks
+    EXPECT_EQ(captures(NO_MOVE, 550, false), std::vector<Move>{});
+
+    // A capture that uncovers a check is kept, even losing and below the threshold.
+    auto discovered = boardFrom("4k3/2p5/3p4/8/4N3/8/8/4R1K1 w - - 0 1");
+    Picker picker = Picker::quiescence(*discovered, NO_MOVE, 550, false);
+    Move* batch = picker.next();
+    ASSERT_NE(batch, nullptr);
+    EXPECT_EQ(std::vector<Move>(batch, picker.end),
+              std::vector<Move>{makeMoveWord(square("e4"), square("d6"), discovered->at(square("d6")))});
+}
+
+TEST(PickerTest, QuiescenceChecksThenSafePushes) {
+    // Both pushes are safe and give no check; the g-pawn is farther from the black king.
+    auto board = boardFrom("2k5/8/P5P1/8/8/8/8/4K3 w - - 0 1");
+    Picker picker = Picker::quiescence(*board, NO_MOVE, 0, true);
+    std::vector<Batch> batches = drain(picker);
+    ASSERT_EQ(batches.size(), 1u);
+    EXPECT_EQ(batches[0].stage, PICK_PAWN_PUSHES);
+    EXPECT_EQ(batches[0].moves, (std::vector<Move>{quiet("g6", "g7"), quiet("a6", "a7")}));
+    Picker withoutChecks = Picker::quiescence(*board, NO_MOVE, 0, false);
+    EXPECT_EQ(withoutChecks.next(), nullptr);
+
+    // A push that checks comes with the checks only; a push into a rook's fire not at all.
+    auto rook = boardFrom("3k4/7r/1P2P3/8/8/8/8/4K3 w - - 0 1");
+    Picker second = Picker::quiescence(*rook, NO_MOVE, 0, true);
+    batches = drain(second);
+    ASSERT_EQ(batches.size(), 1u);
+    EXPECT_EQ(batches[0].stage, PICK_QUIET_CHECKS);
+    const std::vector<Move> checks = allMoves(batches);
+    EXPECT_TRUE(contains(checks, quiet("e6", "e7")));
+    EXPECT_FALSE(contains(checks, quiet("b6", "b7")));
+}
+
+}  // namespace

@@ -1,0 +1,190 @@
+#include "search/tt.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <random>
+
+#include "board/board.h"
+#include "board/tables.h"
+
+namespace {
+
+class TtTest : public ::testing::Test {
+protected:
+    Tt table;
+    SearchStats stats;
+    std::unique_ptr<Board> board = std::make_unique<Board>();
+
+    void SetUp() override { table.alloc(Tt::MIN_KILOBYTES); }
+    void TearDown() override { table.free(); }
+
+    // Only the key and the side to move reach the table for moves that capture nothing.
+    Board& at(uint64_t key, uint32_t side = WHITE) {
+        board->hash = key;
+        board->sideToMove = side;
+        return *board;
+    }
+
+    void put(uint64_t key, int depth, uint8_t type, int score = 0, Move move = makeMoveWord(0x14, 0x34)) {
+        TtEntry e;
+        e.move = move;
+        e.score = int16_t(score);
+        e.depth = int16_t(depth);
+        e.type = type;
+        table.store(stats, at(key), e);
+    }
+
+    bool has(uint64_t key) {
+        TtEntry e;
+        return table.probe(at(key), e);
+    }
+
+    TtEntry get(uint64_t key) {
+        TtEntry e;
+        EXPECT_TRUE(table.probe(at(key), e));
+        return e;
+    }
+};
+
+// Keys that share a bucket: same low half (home slot 2, so the probe order is 2, 3, 0, 1), different
+// high halves.
+constexpr uint64_t bucketKey(int n) { return uint64_t(0x1000 + n) << 32 | 0x00000122; }
+
+TEST_F(TtTest, Sizing) {
+    table.alloc(100);  // below the minimum
+    EXPECT_EQ(table.sizeBytes(), 262144u);
+    EXPECT_EQ(table.entryCount(), 16384u);
+    EXPECT_EQ(table.currentAge(), 1);
+
+    put(bucketKey(1), 5, TT_EXACT, 77);
+    table.alloc(256);  // same size: the contents stay
+    EXPECT_EQ(get(bucketKey(1)).score, 77);
+    table.alloc(512);
+    EXPECT_EQ(table.entryCount(), 32768u);
+    EXPECT_FALSE(has(bucketKey(1)));
+
+    // A size that is no power of two leaves holes in the index but never reaches past the table.
+    table.alloc(384);
+    EXPECT_EQ(table.entryCount(), 24576u);
+    std::mt19937_64 random(7);
+    for (int i = 0; i < 20000; i++) {
+        const uint64_t key = random();
+        put(key, 3, TT_EXACT, i & 1023);
+        ASSERT_EQ(get(key).score, i & 1023);
+    }
+}
+
+TEST_F(TtTest, ClearAndAge) {
+    put(bucketKey(1), 5, TT_EXACT);
+    table.newSearch();
+    EXPECT_EQ(table.currentAge(), 2);
+    table.clear();
+    EXPECT_EQ(table.currentAge(), 1);
+    EXPECT_FALSE(has(bucketKey(1)));
+    for (int i = 0; i < 255; i++) table.newSearch();
+    EXPECT_EQ(table.currentAge(), 0);  // 8 bits, wrapping
+}
+
+TEST_F(TtTest, KeyAndSideToMove) {
+    put(bucketKey(1), 5, TT_LOWER, -1234, makeMoveWord(0x06, 0x25));
+    const TtEntry e = get(bucketKey(1));
+    EXPECT_EQ(e.move, makeMoveWord(0x06, 0x25));
+    EXPECT_EQ(e.score, -1234);
+    EXPECT_EQ(e.depth, 5);
+    EXPECT_EQ(e.type, TT_LOWER);
+    EXPECT_EQ(e.age, 1);
+    EXPECT_FALSE(has(bucketKey(2)));  // same bucket, other position
+
+    // The key has no side to move; the index does.
+    TtEntry black;
+    EXPECT_FALSE(table.probe(at(bucketKey(1), BLACK), black));
+}
+
+TEST_F(TtTest, SamePositionKeepsTheBetterResult) {
+    const uint64_t key = bucketKey(1);
+    put(key, 10, TT_EXACT, 40);
+    put(key, 5, TT_EXACT, 90);
+    EXPECT_EQ(get(key).score, 40);  // deeper exact survives
+    put(key, 10, TT_UPPER, 90);
+    EXPECT_EQ(get(key).score, 90);  // equal depth overwrites
+    EXPECT_EQ(stats.ttUpdates.get(), 1u);
+
+    put(key, 10, TT_LOWER, 120);
+    put(key, 5, TT_LOWER, 100);  // weaker bound: kept
+    EXPECT_EQ(get(key).score, 120);
+    put(key, 5, TT_LOWER, 130);  // a shallower search saw more: replaced
+    EXPECT_EQ(get(key).score, 130);
+    EXPECT_EQ(get(key).depth, 5);
+
+    put(key, 10, TT_UPPER, 50);
+    put(key, 5, TT_UPPER, 80);
+    EXPECT_EQ(get(key).score, 50);
+    put(key, 5, TT_UPPER, 30);
+    EXPECT_EQ(get(key).score, 30);
+    EXPECT_EQ(stats.ttReplacements.get(), 1u);  // only the first store took a slot
+}
+
+TEST_F(TtTest, ReplacementPrefersOldThenShallow) {
+    put(bucketKey(1), 8000, TT_EXACT);  // slot 2
+    table.newSearch();
+    for (int n = 2; n <= 4; n++) put(bucketKey(n), 1, TT_EXACT);  // the empty slots 3, 0, 1
+    EXPECT_EQ(stats.ttReplacements.get(), 4u);
+    EXPECT_EQ(stats.ttSameAgeReplacements.get(), 0u);
+
+    // An entry of the previous search goes first, however deep.
+    put(bucketKey(5), 1, TT_EXACT);
+    EXPECT_FALSE(has(bucketKey(1)));
+    for (int n = 2; n <= 5; n++) EXPECT_TRUE(has(bucketKey(n))) << n;
+    EXPECT_EQ(stats.ttSameAgeReplacements.get(), 0u);
+
+    // All of this search and equally deep: the first slot in probe order, the home slot.
+    put(bucketKey(6), 1, TT_EXACT);
+    EXPECT_FALSE(has(bucketKey(5)));
+    EXPECT_EQ(stats.ttSameAgeReplacements.get(), 1u);
+
+    // Otherwise the shallowest.
+    put(bucketKey(2), 9, TT_EXACT);
+    put(bucketKey(6), 9, TT_EXACT);
+    put(bucketKey(3), 2, TT_EXACT);
+    put(bucketKey(7), 3, TT_EXACT);
+    EXPECT_FALSE(has(bucketKey(4)));
+    for (int n : {2, 3, 6, 7}) EXPECT_TRUE(has(bucketKey(n))) << n;
+
+    EXPECT_DOUBLE_EQ(table.filling(8192), 50.0);
+}
+
+TEST_F(TtTest, StoredCaptureFollowsTheBoard) {
+    // Black knights on b8 (placed first) and a2; White's rook on a1 takes the one on a2.
+    ASSERT_TRUE(board->setFen("1n2k3/8/8/8/8/8/n7/R3K3 w - - 0 1"));
+    const int a1 = 0x00, a2 = 0x10, b8 = 0x71;
+    const int onA2 = board->at(a2);
+    const int onB8 = board->at(b8);
+    ASSERT_NE(onA2, onB8);
+    ASSERT_EQ(pieceCode[onA2], pieceCode[onB8]);
+    TtEntry e;
+    e.depth = 4;
+    e.type = TT_LOWER;
+    e.score = 300;
+
+    // Reached along another line, the knight on a2 has the other knight slot: corrected.
+    e.move = makeMoveWord(a1, a2, onB8);
+    table.store(stats, *board, e);
+    EXPECT_EQ(get(board->hash).move, makeMoveWord(a1, a2, onA2));
+
+    // A piece of another kind stood there: the move is dropped, the score stays.
+    e.move = makeMoveWord(a1, a2, BLACK_BASE + BISHOP_SLOT);
+    table.store(stats, *board, e);
+    EXPECT_EQ(get(board->hash).move, NO_MOVE);
+    EXPECT_EQ(get(board->hash).score, 300);
+
+    // En passant: the victim stands beside the target square.
+    ASSERT_TRUE(board->setFen("4k3/8/8/3pP3/8/8/8/4K3 w - d6 0 1"));
+    const int e5 = 0x44, d6 = 0x53, d5 = 0x43;
+    const int pawn = board->at(d5);
+    e.move = makeMoveWord(e5, d6, pawn + 1, MOVE_EN_PASSANT);
+    table.store(stats, *board, e);
+    EXPECT_EQ(get(board->hash).move, makeMoveWord(e5, d6, pawn, MOVE_EN_PASSANT));
+}
+
+}  // namespace
