@@ -50,6 +50,7 @@ inline void takeBack(Board& board, Move move, const SavedState& saved) {
     }
 }
 
-// The null move: the side to move passes. Taken back with takeBackNullMove and the same SavedState.
-void makeNullMove(Board& board);
+// The null move: the side to move passes; false (nothing done) when the history is full. Taken back
+// with takeBackNullMove and the SavedState taken before.
+bool makeNullMove(Board& board);
 void takeBackNullMove(Board& board, const SavedState& saved);

@@ -135,6 +135,25 @@ constexpr int pawnStep(int colour) { return colour == WHITE ? 16 : -16; }
 // First slot offset of each kind by its letter index (0 and 4 name no kind).
 inline constexpr int FIRST_SLOT[8] = {0, PAWN_SLOT, KNIGHT_SLOT, KING_SLOT, 0, BISHOP_SLOT, ROOK_SLOT, QUEEN_SLOT};
 
+// Kind index (into PIECE_LETTERS) of a piece code.
+constexpr int kindOfCode(uint8_t code) {
+    switch (code & 63) {
+        case WHITE_PAWN_BIT:
+        case BLACK_PAWN_BIT: return PAWN;
+        case KING_BIT: return KING;
+        case KNIGHT_BIT: return KNIGHT;
+        case BISHOP_BIT: return BISHOP;
+        case ROOK_BIT: return ROOK;
+        case QUEEN_BITS: return QUEEN;
+        default: return 0;
+    }
+}
+// The FEN letter of a piece code: capital for White.
+constexpr char pieceLetter(uint8_t code) {
+    const char letter = PIECE_LETTERS[kindOfCode(code)];
+    return (code & WHITE_BIT) ? static_cast<char>(letter & ~32) : letter;
+}
+
 // The key of a slot standing on a square.
 constexpr uint64_t pieceKey(int slot, int square) { return RANDOM_KEYS[square | keyOffset[slot]]; }
 // The en-passant key is the entry of the square itself (offset 0).

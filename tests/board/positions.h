@@ -1,0 +1,41 @@
+// Test positions from the shared data folder, and small helpers the board tests share.
+#pragma once
+
+#include <cstdint>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "board/board.h"
+
+struct PerftCase {
+    std::string fen;
+    std::vector<uint64_t> counts;  // counts[d - 1] for depth d
+};
+
+// perft.epd: a FEN, then ";D<depth> <count>" fields.
+inline std::vector<PerftCase> loadPerftCases() {
+    std::vector<PerftCase> cases;
+    std::ifstream in(KELVRA_DATA_DIR "/perft.epd");
+    std::string line;
+    while (std::getline(in, line)) {
+        const size_t semicolon = line.find(';');
+        if (semicolon == std::string::npos) continue;
+        PerftCase c;
+        c.fen = line.substr(0, semicolon);
+        for (size_t at = semicolon; at != std::string::npos; at = line.find(';', at + 1))
+            c.counts.push_back(std::strtoull(line.c_str() + line.find(' ', at) + 1, nullptr, 10));
+        cases.push_back(c);
+    }
+    return cases;
+}
+
+inline bool sanitized() { return std::getenv("KELVRA_SANITIZED") != nullptr; }
+
+// A board set from a FEN that the test expects to be accepted.
+inline Board boardFrom(const char* fen) {
+    Board board;
+    if (!board.setFen(fen)) std::abort();
+    return board;
+}
