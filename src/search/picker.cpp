@@ -67,15 +67,15 @@ int kingDistance(int a, int b) { return std::max(std::abs(fileOf(a) - fileOf(b))
 
 }  // namespace
 
-Picker::Picker(Board& b, int firstStage, Move first, Move second, int delta, bool checks)
+Picker::Picker(Board& b, int firstStage, Move killer1, Move killer2, Move hash, int delta, bool checks)
     : board(&b),
       stage(firstStage),
       end(moves),
       deferredBegin(moves + MAX_MOVES),
       deferredEnd(moves + MAX_MOVES),
       underpromotionsBegin(moves + 2 * MAX_MOVES),
-      killers{first, second},
-      hashMove(first),
+      killers{killer1, killer2},
+      hashMove(hash),
       deltaUnits(delta),
       withChecks(checks) {
     // The evasions are generated at once: the search needs their number before the first batch.
@@ -83,10 +83,10 @@ Picker::Picker(Board& b, int firstStage, Move first, Move second, int delta, boo
 }
 
 Picker Picker::interior(Board& board, Move killer1, Move killer2) {
-    return Picker(board, PICK_START, killer1, killer2, 0, false);
+    return Picker(board, PICK_START, killer1, killer2, NO_MOVE, 0, false);
 }
 
-Picker Picker::evasions(Board& board) { return Picker(board, PICK_EVASIONS - 1, NO_MOVE, NO_MOVE, 0, false); }
+Picker Picker::evasions(Board& board) { return Picker(board, PICK_EVASIONS - 1, NO_MOVE, NO_MOVE, NO_MOVE, 0, false); }
 
 Picker Picker::quiescence(Board& board, Move hashMove, int deltaThreshold, bool withChecks) {
     // The threshold in pawn units; a poorer opponent lowers it by one.
@@ -95,7 +95,7 @@ Picker Picker::quiescence(Board& board, Move hashMove, int deltaThreshold, bool 
         units = deltaThreshold / 100;
         if (static_cast<int>(board.material[board.sideToMove ^ 1] & 255) < DELTA_MATERIAL) units--;
     }
-    return Picker(board, PICK_QUIESCENCE_CAPTURES - 1, hashMove, NO_MOVE, units, withChecks);
+    return Picker(board, PICK_QUIESCENCE_CAPTURES - 1, NO_MOVE, NO_MOVE, hashMove, units, withChecks);
 }
 
 Move* Picker::next() {

@@ -68,7 +68,7 @@ struct Picker {
     void orderThreatEvasions(Move threat);
 
 private:
-    Picker(Board& board, int firstStage, Move first, Move second, int delta, bool checks);
+    Picker(Board& board, int firstStage, Move killer1, Move killer2, Move hash, int delta, bool checks);
     Move* goodCaptures();
     Move* filteredCaptures();
     Move* quietMoves();

@@ -115,6 +115,7 @@ void Tt::clear() {
 bool Tt::probe(const Board& board, TtEntry& out) const {
     const uint32_t home = homeIndex(board);
     const std::atomic<uint32_t>* bucket = table + 4 * (home & ~3u);
+    __builtin_prefetch(bucket);
     const uint32_t keyHigh = highHalf(board.hash);
     for (uint32_t i = 0; i < 4; i++) {
         const Slot s = read(bucket + 4 * ((home & 3) ^ i));
@@ -133,6 +134,7 @@ bool Tt::probe(const Board& board, TtEntry& out) const {
 void Tt::store(SearchStats& stats, const Board& board, TtEntry& e) {
     const uint32_t home = homeIndex(board);
     std::atomic<uint32_t>* bucket = table + 4 * (home & ~3u);
+    __builtin_prefetch(bucket);
     const uint32_t keyHigh = highHalf(board.hash);
     const uint8_t current = age.load(std::memory_order_relaxed);
 
