@@ -8,6 +8,7 @@ std::span<const ConsoleCommand> quitCommands();    // quit_command.cpp
 std::span<const ConsoleCommand> helpCommands();    // help_command.cpp
 std::span<const ConsoleCommand> bookCommands();    // book_commands.cpp
 std::span<const ConsoleCommand> evalCommands();    // eval_command.cpp
+std::span<const ConsoleCommand> positionCommands();  // position_commands.cpp
 
 namespace {
 
@@ -20,6 +21,7 @@ constexpr CommandGroup groups[] = {
     helpCommands,
     bookCommands,
     evalCommands,
+    positionCommands,
 };
 
 }  // namespace
