@@ -1,7 +1,9 @@
 #include "frontend/subsystem_hooks.h"
 
 #include <algorithm>
+#include <cstdio>
 
+#include "board/board.h"
 #include "book/book.h"
 #include "eval/egbb.h"
 
@@ -9,7 +11,10 @@ void initTables() {}
 
 void bootSearchThread() {}
 
-void setStartPosition() {}
+void setStartPosition() {
+    gameBoard.setFen(START_FEN);
+    gameBoard.print(stdout, 0);
+}
 
 bool openBookFile(const char* path, unsigned& positions) {
     if (!book.open(path)) return false;
