@@ -106,7 +106,7 @@ Move makeEnPassant(Board& board, Move move, int from, int to) {
     movePiece(board, from, to);
     board.lastIrreversible = static_cast<uint16_t>(board.ply);
     board.sideToMove ^= 1;
-    return move | checkBits(board, move, from, to);
+    return (move & ~MOVE_CHECKS) | checkBits(board, move, from, to);
 }
 
 Move makeCastling(Board& board, Move move, int from, int to) {
@@ -118,7 +118,7 @@ Move makeCastling(Board& board, Move move, int from, int to) {
     movePiece(board, rookCorner(passed), passed);
     clearEpSquare(board);
     board.sideToMove ^= 1;
-    return move | checkBits(board, move, from, to);
+    return (move & ~MOVE_CHECKS) | checkBits(board, move, from, to);
 }
 
 }  // namespace
@@ -188,7 +188,7 @@ Move makeMove(Board& board, Move move) {
         movePiece(board, from, to);
     }
     board.sideToMove ^= 1;
-    return move | checkBits(board, move, from, to);
+    return (move & ~MOVE_CHECKS) | checkBits(board, move, from, to);
 }
 
 void unmakeMove(Board& board, Move move) {
