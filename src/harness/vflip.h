@@ -1,0 +1,21 @@
+// The colour-flip check: a position and its twin with ranks mirrored and colours swapped must get the
+// same evaluation for the side to move. A difference is an asymmetry bug in an evaluation term.
+#pragma once
+
+#include <cstdio>
+#include <string>
+
+// The twin of a FEN: ranks in reverse order with the colours of the pieces swapped, the other side to
+// move, castling rights of the other colour, the en-passant square on the mirrored rank. Counters after
+// the four position fields are kept.
+std::string flipFen(const std::string& fen);
+
+struct VflipCount {
+    int positions = 0;    // positions checked
+    int differences = 0;  // of those, twins evaluated differently
+    int errors = 0;       // lines that hold no usable position
+};
+
+// Checks every position of an EPD file, printing "VFLIP EVAL NOT EQUAL" with the position for each
+// difference, and the counts at the end. False when the file cannot be opened.
+bool vflipFile(const std::string& path, VflipCount& count, FILE* out);
