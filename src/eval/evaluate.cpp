@@ -17,6 +17,11 @@ namespace {
 
 constexpr int TEMPO = 4;
 
+// The position key ORs the keys of the castling rights together, so positions that differ only in
+// their rights can share a key. The king term reads the rights, so they are folded into the key the
+// cache compares; without rights (most positions) it is the position key itself.
+uint64_t cacheKey(const Board& board) { return board.hash ^ (board.castling * 0x9E3779B97F4A7C15ull); }
+
 // Draws by material alone (step 3), for S from White's view.
 const char* materialDraw(const Board& board, int s) {
     const uint32_t w = board.material[WHITE], b = board.material[BLACK];
@@ -129,13 +134,13 @@ int evaluate(EvalContext& context, Board& board) {
     // Step 1. Count the node and look in the cache; a hit still sets the pawn entry.
     ++context.nodes;
     int score;
-    if (context.useCache && evalCache.probe(board.hash, static_cast<int>(board.sideToMove), score)) {
+    if (context.useCache && evalCache.probe(cacheKey(board), static_cast<int>(board.sideToMove), score)) {
         pawnevaluator(context, board);
         return score;
     }
     bool storable;
     score = scorePosition(context, board, nullptr, storable);
-    if (storable && context.useCache) evalCache.store(board.hash, static_cast<int>(board.sideToMove), score);
+    if (storable && context.useCache) evalCache.store(cacheKey(board), static_cast<int>(board.sideToMove), score);
     return score;
 }
 

@@ -48,14 +48,6 @@ bool pathEmpty(const Board& board, int from, int to) {
     return true;
 }
 
-// The first piece beyond square, walking away from the target along step; 0 when none.
-uint8_t firstBeyond(const Board& board, int square, int step, int& found) {
-    do square += step;
-    while (onBoard(square) && isEmpty(board, square));
-    found = square;
-    return onBoard(square) ? codeAt(board, square) : 0;
-}
-
 }  // namespace
 
 int evalKingShelter(const Board& board, const PawnEntry& entry, int side, int king) {
@@ -105,54 +97,51 @@ int evalKingAttack(const Board& board, int side) {
     const int king = board.kingSquare(side);
     int count = 0, weight = 0;
 
-    // A zone square the defender's pawns cover keeps the slider out; on a file, so does a defending
-    // pawn standing on the square itself (the shelter pawn shuts the file).
-    auto pawnCovered = [&](int target) {
+    // Whether the slider on from reaches the zone square target: an empty path, a square no defending
+    // pawn covers, and on a file no defending pawn on the square itself (the shelter pawn shuts it).
+    auto reaches = [&](int from, int target) {
+        if (!onBoard(target) || !pathEmpty(board, from, target)) return false;
         const int behind = target - pawnStep(side);
-        return pawnAt(board, side, behind - 1) || pawnAt(board, side, behind + 1);
+        if (pawnAt(board, side, behind - 1) || pawnAt(board, side, behind + 1)) return false;
+        return !(fileOf(from) == fileOf(target) && pawnAt(board, side, target));
     };
-    // The slider's nearest zone square on the board; true when it can reach it.
-    auto bears = [&](const kingzone::Targets& targets, int from, int& target) {
+    // Movers of the kind (BISHOP_BIT or ROOK_BIT; queens have both) stacked behind the slider on from,
+    // up to limit, over the lines on which it reaches the zone; -1 when it reaches none.
+    auto stacked = [&](const kingzone::Targets& targets, int from, uint8_t kind, int limit) {
+        int best = -1;
         for (int i = 0; i < targets.count; ++i) {
-            target = king + targets.offset[i];
-            if (!onBoard(target)) continue;
-            if (!pathEmpty(board, from, target) || pawnCovered(target)) return false;
-            const bool onFile = fileOf(from) == fileOf(target);
-            return !(onFile && pawnAt(board, side, target));
+            const int target = king + targets.offset[i];
+            if (!reaches(from, target)) continue;
+            const int step = direction[from - target];  // away from the king, beyond the slider
+            int n = 0, at = from;
+            while (n < limit) {
+                do at += step;
+                while (onBoard(at) && isEmpty(board, at));
+                const uint8_t code = onBoard(at) ? codeAt(board, at) : 0;
+                if (!ownsPiece(code, enemy) || !(code & kind)) break;
+                ++n;
+            }
+            best = std::max(best, n);
         }
-        return false;
+        return best;
     };
 
     forEachPiece(board, enemy, KNIGHT_SLOT, [&](int square) {
         if (kingzone::KNIGHT[square - king + 128]) ++count;
     });
     forEachPiece(board, enemy, BISHOP_SLOT, [&](int square) {
-        int target;
-        if (!bears(kingzone::BISHOP[square - king + 128], square, target)) return;
-        ++count;
-        int found;
-        const uint8_t behind = firstBeyond(board, square, direction[square - target], found);
-        if (ownsPiece(behind, enemy) && (behind & BISHOP_BIT)) ++count;
+        const int behind = stacked(kingzone::BISHOP[square - king + 128], square, BISHOP_BIT, 1);
+        if (behind >= 0) count += 1 + behind;
     });
     weight = count;
     forEachPiece(board, enemy, ROOK_SLOT, [&](int square) {
-        int target;
-        if (!bears(kingzone::ROOK[square - king + 128], square, target)) return;
-        count += 1;
-        weight += 2;
-        // Up to two more straight movers stacked behind it.
-        const int step = direction[square - target];
-        int at = square;
-        for (int stacked = 0; stacked < 2; ++stacked) {
-            const uint8_t behind = firstBeyond(board, at, step, at);
-            if (!ownsPiece(behind, enemy) || !(behind & ROOK_BIT)) break;
-            count += 1;
-            weight += 2;
-        }
+        const int behind = stacked(kingzone::ROOK[square - king + 128], square, ROOK_BIT, 2);
+        if (behind < 0) return;
+        count += 1 + behind;
+        weight += 2 * (1 + behind);
     });
     forEachPiece(board, enemy, QUEEN_SLOT, [&](int square) {
-        int target;
-        if (!bears(kingzone::QUEEN[square - king + 128], square, target)) return;
+        if (stacked(kingzone::QUEEN[square - king + 128], square, 0, 0) < 0) return;
         count += 1;
         weight += 4;
     });
