@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <thread>
 #include <vector>
 
 #include "platform/platform.h"
@@ -137,28 +136,6 @@ TEST(TimeControlTest, PonderhitTurnsOnTheClock) {
     tc.ponderhit();
     EXPECT_FALSE(tc.infinite);
     EXPECT_EQ(tc.limit, 3750u);  // the phase the search was in
-}
-
-// The protocol thread's ponderhit races the search thread's phase moves; whatever the interleaving,
-// the limit that stands afterwards must be the one of the final phase.
-TEST(TimeControlTest, PonderhitRacingPhaseMoves) {
-    for (int round = 0; round < 20; round++) {
-        TimeControl tc;
-        tc.setClock(0, 60000, 0);
-        tc.infinite = true;
-        tc.start();
-        tc.setIteration(1);
-        std::thread search([&] {
-            for (int i = 0; i < 200 + round * 37; i++) {
-                tc.enterFailHighPhase();
-                tc.leaveFailHighPhase();
-            }
-            tc.enterFailHighPhase();
-        });
-        tc.ponderhit();
-        search.join();
-        EXPECT_EQ(tc.limit, 3750u);
-    }
 }
 
 }  // namespace
