@@ -55,6 +55,9 @@ bool EGBB::load(const char* directory) {
     loaded = false;
     men = 0;
     path = directory && *directory ? directory : "egbb";
+#ifndef _WIN32
+    std::replace(path.begin(), path.end(), '\\', '/');  // a directory written for Windows
+#endif
     if (!endsInSeparator(path)) path += '/';
     const std::string file = path + platform::bitbaseLibraryName();
     void* library = platform::loadLibrary(file);

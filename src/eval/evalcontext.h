@@ -18,6 +18,7 @@ struct EvalContext {
     PawnHash pawnHash;
     PawnEntry* pawnEntry = nullptr;  // entry of the last position evaluated, set on every call
     uint64_t nodes = 0;              // evaluate calls, cache hits included
+    uint64_t cacheHits = 0;
     uint64_t pawnHits = 0;
     uint64_t pawnStores = 0;
     PieceTerms pieceTerms[2];        // by side, from the last full evaluation

@@ -135,6 +135,7 @@ int evaluate(EvalContext& context, Board& board) {
     ++context.nodes;
     int score;
     if (context.useCache && evalCache.probe(cacheKey(board), static_cast<int>(board.sideToMove), score)) {
+        ++context.cacheHits;
         pawnevaluator(context, board);
         return score;
     }
