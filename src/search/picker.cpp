@@ -63,7 +63,9 @@ bool isUnderpromotion(Move move) {
     return kind != 0 && kind != QUEEN;
 }
 
-int kingDistance(int a, int b) { return std::max(std::abs(fileOf(a) - fileOf(b)), std::abs(rankOf(a) - rankOf(b))); }
+int kingDistance(int a, int b) {
+    return std::max(std::abs(fileOf(a) - fileOf(b)), std::abs(rankOf(a) - rankOf(b)));
+}
 
 }  // namespace
 
@@ -86,7 +88,9 @@ Picker Picker::interior(Board& board, Move killer1, Move killer2) {
     return Picker(board, PICK_START, killer1, killer2, NO_MOVE, 0, false);
 }
 
-Picker Picker::evasions(Board& board) { return Picker(board, PICK_EVASIONS - 1, NO_MOVE, NO_MOVE, NO_MOVE, 0, false); }
+Picker Picker::evasions(Board& board) {
+    return Picker(board, PICK_EVASIONS - 1, NO_MOVE, NO_MOVE, NO_MOVE, 0, false);
+}
 
 Picker Picker::quiescence(Board& board, Move hashMove, int deltaThreshold, bool withChecks) {
     // The threshold in pawn units; a poorer opponent lowers it by one.
@@ -102,55 +106,55 @@ Move* Picker::next() {
     while (stage != PICK_DONE) {
         Move* batch = nullptr;
         switch (++stage) {
-        case PICK_GOOD_CAPTURES:
-            batch = moves;
-            end = goodCaptures();
-            break;
-        case PICK_KILLER_1:
-        case PICK_KILLER_2: {
-            Move& killer = killers[stage - PICK_KILLER_1];
-            const bool repeated = stage == PICK_KILLER_2 && killer == killers[0];
-            if (killer != NO_MOVE && (repeated || !isValidMove(*board, killer))) killer = NO_MOVE;
-            batch = &killer;
-            end = killer != NO_MOVE ? &killer + 1 : &killer;
-            break;
-        }
-        case PICK_QUIET:
-            batch = deferredEnd;
-            end = quietMoves();
-            break;
-        case PICK_LOSING_CAPTURES:
-            batch = deferredBegin;
-            end = deferredEnd;
-            break;
-        case PICK_UNDERPROMOTIONS:
-            // Set aside from the top down: turn them back into the order they were set aside in.
-            batch = underpromotionsBegin;
-            end = moves + 2 * MAX_MOVES;
-            std::reverse(batch, end);
-            break;
-        case PICK_EVASIONS:
-            batch = moves;
-            break;
-        case PICK_QUIESCENCE_CAPTURES:
-            batch = moves;
-            end = filteredCaptures();
-            break;
-        case PICK_QUIET_CHECKS:
-            if (!withChecks) {
+            case PICK_GOOD_CAPTURES:
+                batch = moves;
+                end = goodCaptures();
+                break;
+            case PICK_KILLER_1:
+            case PICK_KILLER_2: {
+                Move& killer = killers[stage - PICK_KILLER_1];
+                const bool repeated = stage == PICK_KILLER_2 && killer == killers[0];
+                if (killer != NO_MOVE && (repeated || !isValidMove(*board, killer))) killer = NO_MOVE;
+                batch = &killer;
+                end = killer != NO_MOVE ? &killer + 1 : &killer;
+                break;
+            }
+            case PICK_QUIET:
+                batch = deferredEnd;
+                end = quietMoves();
+                break;
+            case PICK_LOSING_CAPTURES:
+                batch = deferredBegin;
+                end = deferredEnd;
+                break;
+            case PICK_UNDERPROMOTIONS:
+                // Set aside from the top down: turn them back into the order they were set aside in.
+                batch = underpromotionsBegin;
+                end = moves + 2 * MAX_MOVES;
+                std::reverse(batch, end);
+                break;
+            case PICK_EVASIONS:
+                batch = moves;
+                break;
+            case PICK_QUIESCENCE_CAPTURES:
+                batch = moves;
+                end = filteredCaptures();
+                break;
+            case PICK_QUIET_CHECKS:
+                if (!withChecks) {
+                    stage = PICK_DONE;
+                    return nullptr;
+                }
+                batch = moves + MAX_MOVES;
+                end = generateChecks(*board, batch);
+                break;
+            case PICK_PAWN_PUSHES:
+                batch = end;
+                end = pawnPushes();
+                break;
+            default:  // past the last batch of the node's kind
                 stage = PICK_DONE;
                 return nullptr;
-            }
-            batch = moves + MAX_MOVES;
-            end = generateChecks(*board, batch);
-            break;
-        case PICK_PAWN_PUSHES:
-            batch = end;
-            end = pawnPushes();
-            break;
-        default:  // past the last batch of the node's kind
-            stage = PICK_DONE;
-            return nullptr;
         }
         if (batch != end) return batch;
     }
@@ -271,8 +275,8 @@ void Picker::orderThreatEvasions(Move threat) {
         const int from = moveFrom(*m);
         const int to = moveTo(*m);
         const bool stepsAway = from == threatTo;
-        const bool interposes = line != 0 && direction[to - threatFrom] == line &&
-                                direction[threatTo - to] == line;
+        const bool interposes =
+            line != 0 && direction[to - threatFrom] == line && direction[threatTo - to] == line;
         if ((stepsAway || interposes) && see(b, side, *m) >= 0) std::swap(*front++, *m);
     }
 }

@@ -16,8 +16,8 @@
 // The batches in delivery order; `stage` names the batch last delivered.
 enum PickerStage : int {
     PICK_START = 0,
-    PICK_GOOD_CAPTURES = 1,    // captures and queen promotions with SEE >= 0, best SEE first
-    PICK_KILLER_1 = 2,         // a one-move batch when the killer is pseudo-legal here
+    PICK_GOOD_CAPTURES = 1,  // captures and queen promotions with SEE >= 0, best SEE first
+    PICK_KILLER_1 = 2,       // a one-move batch when the killer is pseudo-legal here
     PICK_KILLER_2 = 3,
     PICK_QUIET = 4,            // quiet moves in generator order, killers blanked
     PICK_LOSING_CAPTURES = 5,  // SEE < 0, in the order they were set aside
@@ -67,7 +67,7 @@ struct Picker {
     // threatened piece and interpositions on the threat's line, in batch order.
     void orderThreatEvasions(Move threat);
 
-private:
+  private:
     Picker(Board& board, int firstStage, Move killer1, Move killer2, Move hash, int delta, bool checks);
     Move* goodCaptures();
     Move* filteredCaptures();

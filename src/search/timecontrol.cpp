@@ -12,7 +12,9 @@ TimeControl timeControl;
 namespace {
 
 // Float-to-integer conversions of the allocation round to nearest, ties to even.
-int64_t roundHalfEven(double x) { return static_cast<int64_t>(std::nearbyint(x)); }
+int64_t roundHalfEven(double x) {
+    return static_cast<int64_t>(std::nearbyint(x));
+}
 
 }  // namespace
 

@@ -11,7 +11,7 @@
 #include <cstdint>
 
 class TimeControl {
-public:
+  public:
     static constexpr uint32_t NO_LIMIT = 0xFFFFFFFF;
     static constexpr int PHASES = 5;
     static constexpr int NORMAL_PHASE = 2;
@@ -50,7 +50,7 @@ public:
     uint32_t elapsed() const;
     bool outOfTime() const { return elapsed() > limit.load(std::memory_order_relaxed); }
 
-private:
+  private:
     void setPhase(int newPhase);
     void publishLimit(bool reportPhaseChange);
 };

@@ -17,8 +17,12 @@ constexpr int MAX_KILOBYTES = 0x3FFFFF;
 // An entry of another search loses this much depth in the choice of a slot to overwrite.
 constexpr int OLD_AGE_PENALTY = 8192;
 
-constexpr uint32_t scoreWord(const TtEntry& e) { return uint16_t(e.score) | uint32_t(uint16_t(e.depth)) << 16; }
-constexpr uint32_t infoWord(const TtEntry& e) { return e.reserved | uint32_t(e.age) << 16 | uint32_t(e.type) << 24; }
+constexpr uint32_t scoreWord(const TtEntry& e) {
+    return uint16_t(e.score) | uint32_t(uint16_t(e.depth)) << 16;
+}
+constexpr uint32_t infoWord(const TtEntry& e) {
+    return e.reserved | uint32_t(e.age) << 16 | uint32_t(e.type) << 24;
+}
 
 // A consistent copy of one entry's words, read once.
 struct Slot {
@@ -48,10 +52,14 @@ void write(std::atomic<uint32_t>* entry, const Slot& s) {
 bool keepsOld(const Slot& old, const TtEntry& e) {
     if (old.depth() <= e.depth) return false;
     switch (old.type()) {
-    case TT_EXACT: return true;
-    case TT_LOWER: return old.value() >= e.score;
-    case TT_UPPER: return old.value() <= e.score;
-    default: return false;
+        case TT_EXACT:
+            return true;
+        case TT_LOWER:
+            return old.value() >= e.score;
+        case TT_UPPER:
+            return old.value() <= e.score;
+        default:
+            return false;
     }
 }
 

@@ -28,7 +28,7 @@ struct TtEntry {
 };
 
 class Tt {
-public:
+  public:
     static constexpr int MIN_KILOBYTES = 256;
 
     Tt() = default;
@@ -41,7 +41,9 @@ public:
     // Empties every entry; a new game starts from here.
     void clear();
     // Ages the table by one search: entries of earlier searches are replaced first.
-    void newSearch() { age.store(uint8_t(age.load(std::memory_order_relaxed) + 1), std::memory_order_relaxed); }
+    void newSearch() {
+        age.store(uint8_t(age.load(std::memory_order_relaxed) + 1), std::memory_order_relaxed);
+    }
     // Finds the entry of the board's position. A stored capture whose victim has changed comes back
     // with its captured slot corrected, or with no move when the victim is now of another kind.
     bool probe(const Board& board, TtEntry& out) const;
@@ -63,7 +65,7 @@ public:
     uint32_t entryCount() const { return entries; }
     uint8_t currentAge() const { return age.load(std::memory_order_relaxed); }
 
-private:
+  private:
     std::atomic<uint32_t>* table = nullptr;  // 4 words per entry, 128-byte aligned inside raw
     void* raw = nullptr;
     uint32_t bytes = 0;
@@ -73,7 +75,9 @@ private:
 
     // No side-to-move in the key: the index folds it in instead, so the two sides' positions with
     // the same pieces land in different buckets.
-    uint32_t homeIndex(const Board& board) const { return (lowHalf(board.hash) + 4 * board.sideToMove) & mask; }
+    uint32_t homeIndex(const Board& board) const {
+        return (lowHalf(board.hash) + 4 * board.sideToMove) & mask;
+    }
 };
 
 extern Tt tt;

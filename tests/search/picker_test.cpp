@@ -22,7 +22,8 @@ struct Batch {
 
 std::vector<Batch> drain(Picker& picker) {
     std::vector<Batch> batches;
-    while (Move* batch = picker.next()) batches.push_back({picker.stage, std::vector<Move>(batch, picker.end)});
+    while (Move* batch = picker.next())
+        batches.push_back({picker.stage, std::vector<Move>(batch, picker.end)});
     return batches;
 }
 
@@ -55,13 +56,17 @@ std::unique_ptr<Board> boardFrom(const char* fen) {
     return board;
 }
 
-constexpr int square(const char* name) { return makeSquare(name[0] - 'a', name[1] - '1'); }
-Move quiet(const char* from, const char* to) { return makeMoveWord(square(from), square(to)); }
+constexpr int square(const char* name) {
+    return makeSquare(name[0] - 'a', name[1] - '1');
+}
+Move quiet(const char* from, const char* to) {
+    return makeMoveWord(square(from), square(to));
+}
 
 // Checks every node of a small tree under a position: the picker hands out each move of the full
 // generator exactly once, in batches whose kinds and order hold what the stages promise.
 class TreeWalk {
-public:
+  public:
     int nodes = 0;
     int killersTried = 0;
 
@@ -82,7 +87,7 @@ public:
         }
     }
 
-private:
+  private:
     // Killers come from the previous node: sometimes playable here, often not.
     Move killers[2] = {NO_MOVE, NO_MOVE};
 
@@ -120,26 +125,31 @@ private:
                 if (m == NO_MOVE) continue;
                 const int kind = promotionKind(m);
                 switch (b.stage) {
-                case PICK_GOOD_CAPTURES: {
-                    const int value = see(board, side, m);
-                    EXPECT_TRUE(kind == QUEEN || (kind == 0 && isCapture(m))) << describe(board);
-                    EXPECT_GE(value, 0) << describe(board);
-                    EXPECT_LE(value, lastSee) << describe(board);  // best exchange first
-                    lastSee = value;
-                    break;
-                }
-                case PICK_KILLER_1:
-                case PICK_KILLER_2:
-                    EXPECT_TRUE(m == killers[0] || m == killers[1]) << describe(board);
-                    killersTried++;
-                    break;
-                case PICK_QUIET: EXPECT_TRUE(!isCapture(m) && kind == 0) << describe(board); break;
-                case PICK_LOSING_CAPTURES:
-                    EXPECT_TRUE(kind == 0 || kind == QUEEN) << describe(board);
-                    EXPECT_LT(see(board, side, m), 0) << describe(board);
-                    break;
-                case PICK_UNDERPROMOTIONS: EXPECT_TRUE(kind != 0 && kind != QUEEN) << describe(board); break;
-                default: ADD_FAILURE() << "stage " << b.stage << " at an interior node " << describe(board);
+                    case PICK_GOOD_CAPTURES: {
+                        const int value = see(board, side, m);
+                        EXPECT_TRUE(kind == QUEEN || (kind == 0 && isCapture(m))) << describe(board);
+                        EXPECT_GE(value, 0) << describe(board);
+                        EXPECT_LE(value, lastSee) << describe(board);  // best exchange first
+                        lastSee = value;
+                        break;
+                    }
+                    case PICK_KILLER_1:
+                    case PICK_KILLER_2:
+                        EXPECT_TRUE(m == killers[0] || m == killers[1]) << describe(board);
+                        killersTried++;
+                        break;
+                    case PICK_QUIET:
+                        EXPECT_TRUE(!isCapture(m) && kind == 0) << describe(board);
+                        break;
+                    case PICK_LOSING_CAPTURES:
+                        EXPECT_TRUE(kind == 0 || kind == QUEEN) << describe(board);
+                        EXPECT_LT(see(board, side, m), 0) << describe(board);
+                        break;
+                    case PICK_UNDERPROMOTIONS:
+                        EXPECT_TRUE(kind != 0 && kind != QUEEN) << describe(board);
+                        break;
+                    default:
+                        ADD_FAILURE() << "stage " << b.stage << " at an interior node " << describe(board);
                 }
             }
         }
@@ -239,8 +249,9 @@ TEST(PickerTest, ThreatEvasionsFirst) {
     picker.orderThreatEvasions(threat);
     const std::vector<Move> ordered(batch, picker.end);
 
-    const std::vector<Move> safe = {quiet("e4", "c3"), quiet("e4", "c5"), quiet("e4", "d2"), quiet("e4", "f2"),
-                                    quiet("e4", "g3"), quiet("e4", "g5"), quiet("d4", "d5")};
+    const std::vector<Move> safe = {quiet("e4", "c3"), quiet("e4", "c5"), quiet("e4", "d2"),
+                                    quiet("e4", "f2"), quiet("e4", "g3"), quiet("e4", "g5"),
+                                    quiet("d4", "d5")};
     std::vector<Move> expectedFront;  // in batch order
     for (Move m : original)
         if (contains(safe, m)) expectedFront.push_back(m);

@@ -8,10 +8,14 @@
 
 namespace {
 
-std::vector<int> limits(const TimeControl& tc) { return {std::begin(tc.phaseLimit), std::end(tc.phaseLimit)}; }
+std::vector<int> limits(const TimeControl& tc) {
+    return {std::begin(tc.phaseLimit), std::end(tc.phaseLimit)};
+}
 
 // Pretends the search started ms milliseconds ago.
-void backdate(TimeControl& tc, uint32_t ms) { tc.startTick = platform::getTickCount() - ms; }
+void backdate(TimeControl& tc, uint32_t ms) {
+    tc.startTick = platform::getTickCount() - ms;
+}
 
 TEST(TimeControlTest, ClockAllocation) {
     TimeControl tc;

@@ -12,7 +12,7 @@
 namespace {
 
 class TtTest : public ::testing::Test {
-protected:
+  protected:
     Tt table;
     SearchStats stats;
     std::unique_ptr<Board> board = std::make_unique<Board>();
@@ -50,7 +50,9 @@ protected:
 
 // Keys that share a bucket: same low half (home slot 2, so the probe order is 2, 3, 0, 1), different
 // high halves.
-constexpr uint64_t bucketKey(int n) { return uint64_t(0x1000 + n) << 32 | 0x00000122; }
+constexpr uint64_t bucketKey(int n) {
+    return uint64_t(0x1000 + n) << 32 | 0x00000122;
+}
 
 TEST_F(TtTest, Sizing) {
     table.alloc(100);  // below the minimum
