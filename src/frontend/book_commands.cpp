@@ -30,8 +30,8 @@ AfterCommand showBook(const char*) {
     return AfterCommand::READ_NEXT;
 }
 
-// "buildbook <pgnfile> [inifile [maxgames]]": the ini file (by default the program's own) supplies the
-// builder's "book.build." keys; a missing one leaves every default.
+// "buildbook <pgnfile> [inifile [maxgames]]": the ini file (by default the engine's own) supplies the
+// builder's "book.build." keys.
 AfterCommand buildBookCommand(const char* rest) {
     book.close();
     char pgn[201], ini[201];
@@ -41,9 +41,13 @@ AfterCommand buildBookCommand(const char* rest) {
         printf("Usage:\n    buildbook <pgnfile> [inifile [maxgames]]]\n");
         return AfterCommand::READ_NEXT;
     }
-    const char* iniPath = fields >= 2 ? ini : iniFileName;
+    // Without the engine's own ini file every key keeps its default, as at start-up (which has said so).
     IniFile settings;
-    if (!settings.load(iniPath)) printf("could not load inifile: %s\n", iniPath);
+    if (fields >= 2) {
+        if (!settings.load(ini)) printf("could not load inifile: %s\n", ini);
+    } else {
+        settings.load(iniFileName);
+    }
     const BookBuildOptions options =
         readBuildOptions([&settings](const char* key) { return std::string(settings.get(key).c_str()); });
     std::string written;

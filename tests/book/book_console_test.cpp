@@ -1,0 +1,76 @@
+// The book commands at the engine's console, through the real binary.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <random>
+
+#include "scratch.h"
+
+namespace {
+
+const std::string PGN_DIR = std::string(KELVRA_DATA_DIR) + "/pgn/";
+
+// Runs the engine in dir with the ini file given (if any) and the console lines as input; its output.
+std::string runEngine(const ScratchDir& dir, const std::string& lines, const std::string& ini = "") {
+    writeText(dir.file("input.txt"), lines);
+    std::string command = "cd '" + dir.path() + "' && '" KELVRA_BINARY "'";
+    if (!ini.empty()) {
+        writeText(dir.file("engine.ini"), ini);
+        command += " engine.ini";
+    }
+    command += " < input.txt > output.txt 2>&1";
+    EXPECT_EQ(std::system(command.c_str()), 0) << readText(dir.file("output.txt"));
+    return readText(dir.file("output.txt"));
+}
+
+bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
+TEST(BookConsole, UsageAndNoBook) {
+    ScratchDir dir;
+    const std::string out = runEngine(dir, "book\nbuildbook\nmergebook a.bbk b.bbk\nq\n");
+    EXPECT_TRUE(contains(out, "% book not open!\n% Usage:\n    buildbook <pgnfile> [inifile [maxgames]]]\n"
+                              "% Usage:\n    mergebook <masterbook> <secondarybook> <resultbook>\n"))
+        << out;
+}
+
+TEST(BookConsole, BuildShowMergeAndOpenAtStartUp) {
+    ScratchDir dir;
+    writeText(dir.file("build.ini"), "book.build.file=torture.bbk\nbook.build.maxply=8\n");
+    std::string out = runEngine(dir,
+                                "buildbook " + PGN_DIR + "torture.pgn build.ini 5\n"
+                                "mergebook torture.bbk torture.bbk double.bbk\n"
+                                "q\n");
+    EXPECT_TRUE(contains(out, "5 games read: 5 used,")) << out;
+    EXPECT_TRUE(contains(out, "saving book to torture.bbk\n")) << out;
+    EXPECT_TRUE(contains(out, "opening torture.bbk...\n Pick   Move      games    score    draws\n")) << out;
+    // Four of the five games open 1. e4, one 1. d4.
+    EXPECT_TRUE(contains(out, " 80.0%  e2e4          4 ")) << out;
+    EXPECT_TRUE(contains(out, " 20.0%  d2d4          1 ")) << out;
+    EXPECT_TRUE(contains(out, "merging torture.bbk with torture.bbk to double.bbk...\n...done!\n")) << out;
+    // After the merge every move of the start position stands twice, each record with its own games.
+    EXPECT_TRUE(contains(out, " 40.0%  e2e4          4 ")) << out;
+    EXPECT_TRUE(contains(out, "\n100.0%               10 ")) << out;
+
+    out = runEngine(dir, "book\nq\n", "book.file=double.bbk\n");
+    EXPECT_TRUE(contains(out, "book found: double.bbk, ")) << out;
+    EXPECT_TRUE(contains(out, " 40.0%  e2e4          4 ")) << out;
+}
+
+TEST(BookConsole, DamagedBookFilesAreShownWithoutHarm) {
+    ScratchDir dir;
+    std::mt19937 random(99);
+    std::string bytes(16 * 1000 + 9, '\0');
+    for (char& c : bytes) c = static_cast<char>(random());
+    // The start position's key sorts somewhere among random keys; these records claim it.
+    writeText(dir.file("junk.bbk"), bytes);
+    const std::string out = runEngine(dir, "book\nbook\nmergebook junk.bbk junk.bbk out.bbk\nbook\nq\n",
+                                      "book.file=junk.bbk\n");
+    EXPECT_TRUE(contains(out, "book found: junk.bbk, 1000 positions\n")) << out;
+    EXPECT_TRUE(contains(out, "out.bbk contains")) << out;
+
+    const std::string missing = runEngine(dir, "book\nq\n", "book.file=absent.bbk\n");
+    EXPECT_TRUE(contains(missing, "could not read book file: absent.bbk\n")) << missing;
+    EXPECT_TRUE(contains(missing, "book not open!\n")) << missing;
+}
+
+}  // namespace
