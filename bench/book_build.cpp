@@ -17,7 +17,7 @@ constexpr double TWIC_GAMES = 2245;
 
 // The builder reports as it goes; the benchmark's own table is what matters here.
 class SilentStdout {
-public:
+  public:
     SilentStdout() : saved(dup(1)) {
         std::fflush(stdout);
         const int null = open("/dev/null", O_WRONLY);
@@ -30,7 +30,7 @@ public:
         close(saved);
     }
 
-private:
+  private:
     int saved;
 };
 
@@ -44,7 +44,8 @@ void buildTwic(benchmark::State& state) {
         if (!buildBook(TWIC.c_str(), options, 0, written)) state.SkipWithError("buildbook failed");
     }
     std::remove(options.file.c_str());
-    state.counters["games/s"] = benchmark::Counter(TWIC_GAMES * state.iterations(), benchmark::Counter::kIsRate);
+    state.counters["games/s"] =
+        benchmark::Counter(TWIC_GAMES * state.iterations(), benchmark::Counter::kIsRate);
 }
 
 void readTwic(benchmark::State& state) {
@@ -54,7 +55,8 @@ void readTwic(benchmark::State& state) {
         PgnGame game;
         while (reader.next(game)) benchmark::DoNotOptimize(game.moves.data());
     }
-    state.counters["games/s"] = benchmark::Counter(TWIC_GAMES * state.iterations(), benchmark::Counter::kIsRate);
+    state.counters["games/s"] =
+        benchmark::Counter(TWIC_GAMES * state.iterations(), benchmark::Counter::kIsRate);
 }
 
 BENCHMARK(buildTwic)->Arg(40)->Arg(1000)->Unit(benchmark::kMillisecond);

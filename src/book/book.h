@@ -12,10 +12,12 @@
 
 // The position's book key: the board key with the side to move folded into its low half (the board
 // key itself has no side-to-move component).
-inline uint64_t bookKey(const Board& board) { return board.hash ^ board.sideToMove; }
+inline uint64_t bookKey(const Board& board) {
+    return board.hash ^ board.sideToMove;
+}
 
 class Book {
-public:
+  public:
     Book() = default;
     Book(const Book&) = delete;
     Book& operator=(const Book&) = delete;
@@ -45,7 +47,7 @@ public:
     // Writes entries (sorted by key) as a book file, leaving out those without games.
     static bool save(const char* path, const std::vector<BookEntry>& entries);
 
-private:
+  private:
     bool readKeyAt(uint32_t index, uint64_t& key);
     // The stored move as coordinate text (e2e4) and as the position's move (0 when it names none).
     static void coordinateText(const BookEntry& entry, char text[5]);

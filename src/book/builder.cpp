@@ -31,7 +31,7 @@ constexpr BookEntry FIRST_RECORD = {0, 0, 0, 0, 1, 0};
 // Counts per position and move, gathered game by game. Positions live in an open-addressing table
 // (the keys are random, so their low bits index it well); each keeps a chain of its moves.
 class Tally {
-public:
+  public:
     Tally() : slots(1024, Slot{0, NONE}) {}
 
     void add(uint64_t key, uint8_t from, uint8_t to, Outcome outcome) {
@@ -59,7 +59,8 @@ public:
         positions.reserve(used);
         for (const Slot& slot : slots)
             if (slot.head != NONE) positions.push_back(slot);
-        std::sort(positions.begin(), positions.end(), [](const Slot& a, const Slot& b) { return a.key < b.key; });
+        std::sort(positions.begin(), positions.end(),
+                  [](const Slot& a, const Slot& b) { return a.key < b.key; });
         std::vector<BookEntry> book{FIRST_RECORD};
         std::vector<BookEntry> moves;
         for (const Slot& position : positions) {
@@ -80,7 +81,7 @@ public:
         return book;
     }
 
-private:
+  private:
     static constexpr uint32_t NONE = UINT32_MAX;
     struct Slot {
         uint64_t key;
@@ -129,7 +130,9 @@ struct Played {
     bool white;
 };
 
-int numberOr(const std::string& text, int fallback) { return text.empty() ? fallback : std::atoi(text.c_str()); }
+int numberOr(const std::string& text, int fallback) {
+    return text.empty() ? fallback : std::atoi(text.c_str());
+}
 
 // The default book name: the PGN file's own name, extension replaced, in the current directory.
 std::string defaultBookPath(const char* pgnPath) {
@@ -198,7 +201,9 @@ BookBuildOptions readBuildOptions(const std::function<std::string(const char*)>&
 }
 
 void countGame(BookEntry& entry, Outcome outcome) {
-    uint16_t& count = outcome == Outcome::WIN ? entry.won : outcome == Outcome::DRAW ? entry.drawn : entry.lost;
+    uint16_t& count = outcome == Outcome::WIN    ? entry.won
+                      : outcome == Outcome::DRAW ? entry.drawn
+                                                 : entry.lost;
     if (count == UINT16_MAX) {
         entry.won >>= 1;
         entry.drawn >>= 1;
@@ -207,7 +212,8 @@ void countGame(BookEntry& entry, Outcome outcome) {
     count++;
 }
 
-bool buildBook(const char* pgnPath, const BookBuildOptions& options, unsigned maxGames, std::string& bookPath) {
+bool buildBook(const char* pgnPath, const BookBuildOptions& options, unsigned maxGames,
+               std::string& bookPath) {
     // Step 1. Open the games.
     const int maxPly = std::clamp(options.maxPly, 1, MAX_BOOK_PLY);
     PgnReader reader(static_cast<size_t>(maxPly));
@@ -249,8 +255,10 @@ bool buildBook(const char* pgnPath, const BookBuildOptions& options, unsigned ma
                 unfinished++;
                 continue;
             }
-            if ((whiteWon && !options.whiteWins) || (blackWon && !options.blackWins) || (drawn && !options.draws) ||
-                (options.minElo > 0 && std::min(elo(game, "WhiteElo"), elo(game, "BlackElo")) < options.minElo)) {
+            if ((whiteWon && !options.whiteWins) || (blackWon && !options.blackWins) ||
+                (drawn && !options.draws) ||
+                (options.minElo > 0 &&
+                 std::min(elo(game, "WhiteElo"), elo(game, "BlackElo")) < options.minElo)) {
                 filtered++;
                 continue;
             }
@@ -267,15 +275,17 @@ bool buildBook(const char* pgnPath, const BookBuildOptions& options, unsigned ma
         }
         used++;
         for (const Played& move : played) {
-            const Outcome outcome = drawn ? Outcome::DRAW : move.white == whiteWon ? Outcome::WIN : Outcome::LOSS;
+            const Outcome outcome = drawn                    ? Outcome::DRAW
+                                    : move.white == whiteWon ? Outcome::WIN
+                                                             : Outcome::LOSS;
             tally.add(move.key, move.from, move.to, outcome);
         }
     }
 
     // Step 3. Report, sort and write.
     const uint32_t elapsed = platform::getTickCount() - start;
-    std::printf("%u games read: %u used, %u without result, %u filtered out, %u without moves, %u broken\n", read,
-                used, unfinished, filtered, empty, broken);
+    std::printf("%u games read: %u used, %u without result, %u filtered out, %u without moves, %u broken\n",
+                read, used, unfinished, filtered, empty, broken);
     std::printf("%zu positions, %zu moves in %.1f s (%.0f games/s)\n", tally.positions(), tally.moves(),
                 elapsed / 1000.0, rate(start + elapsed));
     if (tally.moves() == 0) {

@@ -39,4 +39,5 @@ void countGame(BookEntry& entry, Outcome outcome);
 
 // Reads the games of pgnPath (at most maxGames, 0 for all) and writes the book, reporting progress and
 // broken games as it goes. On success bookPath names the file written.
-bool buildBook(const char* pgnPath, const BookBuildOptions& options, unsigned maxGames, std::string& bookPath);
+bool buildBook(const char* pgnPath, const BookBuildOptions& options, unsigned maxGames,
+               std::string& bookPath);

@@ -19,7 +19,7 @@ struct Group {
 
 // A book read front to back one group at a time.
 class GroupReader {
-public:
+  public:
     bool open(const char* path) {
         if (!reader.open(path)) return false;
         pending = reader.readRecord(next);
@@ -41,7 +41,7 @@ public:
         group.size = read < BOOK_MAX_ENTRIES ? read : BOOK_MAX_ENTRIES;
     }
 
-private:
+  private:
     Book reader;
     BookRecord next;
     bool pending = false;

@@ -26,15 +26,24 @@ constexpr std::array<uint8_t, 256> buildClasses() {
     std::array<uint8_t, 256> classes{};
     for (int c = 0; c <= ' '; c++) classes[c] = BLANK | DELIMITER;
     for (char c : std::string_view("{}()[];$")) classes[static_cast<uint8_t>(c)] = DELIMITER;
-    for (char c : std::string_view("abcdefghKQRBNPqrbnOo12345678x=+#-")) classes[static_cast<uint8_t>(c)] = MOVE_CHAR;
+    for (char c : std::string_view("abcdefghKQRBNPqrbnOo12345678x=+#-"))
+        classes[static_cast<uint8_t>(c)] = MOVE_CHAR;
     return classes;
 }
 constexpr std::array<uint8_t, 256> CLASSES = buildClasses();
 
-bool isDigit(int c) { return c >= '0' && c <= '9'; }
-bool isBlank(int c) { return c != EOF && (CLASSES[c] & BLANK); }
-bool endsToken(int c) { return c == EOF || (CLASSES[c] & DELIMITER); }
-bool isMoveChar(char c) { return CLASSES[static_cast<uint8_t>(c)] & MOVE_CHAR; }
+bool isDigit(int c) {
+    return c >= '0' && c <= '9';
+}
+bool isBlank(int c) {
+    return c != EOF && (CLASSES[c] & BLANK);
+}
+bool endsToken(int c) {
+    return c == EOF || (CLASSES[c] & DELIMITER);
+}
+bool isMoveChar(char c) {
+    return CLASSES[static_cast<uint8_t>(c)] & MOVE_CHAR;
+}
 
 bool isResult(const std::string& token) {
     return token == "1-0" || token == "0-1" || token == "1/2-1/2" || token == "*";
@@ -47,8 +56,10 @@ bool isZeroCastling(const std::string& token) {
     while (i < token.size() && token[i] == '0') {
         zeros++;
         i++;
-        if (i < token.size() && token[i] == '-' && zeros < 3) i++;
-        else break;
+        if (i < token.size() && token[i] == '-' && zeros < 3)
+            i++;
+        else
+            break;
     }
     if (zeros < 2 || token[i - 1] == '-') return false;
     for (; i < token.size(); i++)

@@ -23,7 +23,7 @@ struct PgnGame {
 };
 
 class PgnReader {
-public:
+  public:
     // Moves past maxMoves are read and checked but not kept.
     explicit PgnReader(size_t movesKept = 1024) : maxMoves(movesKept) {}
     PgnReader(const PgnReader&) = delete;
@@ -35,7 +35,7 @@ public:
     // and reading goes on with the game after it.
     bool next(PgnGame& game);
 
-private:
+  private:
     int get();
     int peek();
     void unget() { pos--; }

@@ -42,15 +42,18 @@ using BookRecord = uint8_t[BOOK_RECORD_SIZE];
 inline uint32_t readBig32(const uint8_t* bytes) {
     return uint32_t{bytes[0]} << 24 | uint32_t{bytes[1]} << 16 | uint32_t{bytes[2]} << 8 | bytes[3];
 }
-inline uint16_t readBig16(const uint8_t* bytes) { return static_cast<uint16_t>(bytes[0] << 8 | bytes[1]); }
+inline uint16_t readBig16(const uint8_t* bytes) {
+    return static_cast<uint16_t>(bytes[0] << 8 | bytes[1]);
+}
 
 inline uint64_t recordKey(const BookRecord record) {
     return uint64_t{readBig32(record)} << 32 | readBig32(record + 4);
 }
 
 inline BookEntry decodeRecord(const BookRecord record) {
-    return BookEntry{recordKey(record), record[8], record[9], readBig16(record + 10), readBig16(record + 12),
-                     readBig16(record + 14)};
+    return BookEntry{
+        recordKey(record),     record[8], record[9], readBig16(record + 10), readBig16(record + 12),
+        readBig16(record + 14)};
 }
 
 inline void encodeRecord(const BookEntry& entry, BookRecord record) {

@@ -30,8 +30,8 @@ void Book::show(Board& board) {
         else
             moveToText(board, text, move);
         std::printf("%5.1f%%  ", 100.0 * games / total);
-        std::printf("%-6s %8u %8.3f %8.3f\n", text, games, 100.0 * (2.0 * entry.won + entry.drawn) / (2.0 * games),
-                    100.0 * entry.drawn / games);
+        std::printf("%-6s %8u %8.3f %8.3f\n", text, games,
+                    100.0 * (2.0 * entry.won + entry.drawn) / (2.0 * games), 100.0 * entry.drawn / games);
         sumWon = static_cast<uint16_t>(sumWon + entry.won);
         sumDrawn = static_cast<uint16_t>(sumDrawn + entry.drawn);
         sumLost = static_cast<uint16_t>(sumLost + entry.lost);

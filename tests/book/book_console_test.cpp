@@ -23,23 +23,26 @@ std::string runEngine(const ScratchDir& dir, const std::string& lines, const std
     return readText(dir.file("output.txt"));
 }
 
-bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+bool contains(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
 
 TEST(BookConsole, UsageAndNoBook) {
     ScratchDir dir;
     const std::string out = runEngine(dir, "book\nbuildbook\nmergebook a.bbk b.bbk\nq\n");
-    EXPECT_TRUE(contains(out, "% book not open!\n% Usage:\n    buildbook <pgnfile> [inifile [maxgames]]]\n"
-                              "% Usage:\n    mergebook <masterbook> <secondarybook> <resultbook>\n"))
+    EXPECT_TRUE(contains(out,
+                         "% book not open!\n% Usage:\n    buildbook <pgnfile> [inifile [maxgames]]]\n"
+                         "% Usage:\n    mergebook <masterbook> <secondarybook> <resultbook>\n"))
         << out;
 }
 
 TEST(BookConsole, BuildShowMergeAndOpenAtStartUp) {
     ScratchDir dir;
     writeText(dir.file("build.ini"), "book.build.file=torture.bbk\nbook.build.maxply=8\n");
-    std::string out = runEngine(dir,
-                                "buildbook " + PGN_DIR + "torture.pgn build.ini 5\n"
-                                "mergebook torture.bbk torture.bbk double.bbk\n"
-                                "q\n");
+    std::string out = runEngine(dir, "buildbook " + PGN_DIR +
+                                         "torture.pgn build.ini 5\n"
+                                         "mergebook torture.bbk torture.bbk double.bbk\n"
+                                         "q\n");
     EXPECT_TRUE(contains(out, "5 games read: 5 used,")) << out;
     EXPECT_TRUE(contains(out, "saving book to torture.bbk\n")) << out;
     EXPECT_TRUE(contains(out, "opening torture.bbk...\n Pick   Move      games    score    draws\n")) << out;
@@ -63,8 +66,8 @@ TEST(BookConsole, DamagedBookFilesAreShownWithoutHarm) {
     for (char& c : bytes) c = static_cast<char>(random());
     // The start position's key sorts somewhere among random keys; these records claim it.
     writeText(dir.file("junk.bbk"), bytes);
-    const std::string out = runEngine(dir, "book\nbook\nmergebook junk.bbk junk.bbk out.bbk\nbook\nq\n",
-                                      "book.file=junk.bbk\n");
+    const std::string out =
+        runEngine(dir, "book\nbook\nmergebook junk.bbk junk.bbk out.bbk\nbook\nq\n", "book.file=junk.bbk\n");
     EXPECT_TRUE(contains(out, "book found: junk.bbk, 1000 positions\n")) << out;
     EXPECT_TRUE(contains(out, "out.bbk contains")) << out;
 

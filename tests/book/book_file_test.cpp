@@ -59,15 +59,17 @@ TEST(BookFile, FindLocatesTheFirstRecordOfAKeyExceptAtRecordZero) {
     ScratchDir dir;
     // Keys with the top bit set must sort after the others: halves compare unsigned.
     const uint64_t high = 0x8000000000000001ull;
-    const std::vector<BookEntry> entries = {entry(5, 1),  entry(5, 2),  entry(7, 3),    entry(9, 4),
-                                            entry(9, 5),  entry(9, 6),  entry(1ull << 32, 7),
-                                            entry(high, 8), entry(high, 9)};
+    const std::vector<BookEntry> entries = {entry(5, 1),          entry(5, 2),    entry(7, 3),
+                                            entry(9, 4),          entry(9, 5),    entry(9, 6),
+                                            entry(1ull << 32, 7), entry(high, 8), entry(high, 9)};
     Book book;
     ASSERT_TRUE(book.open(saveQuietly(dir, entries).c_str()));
     EXPECT_EQ(book.records(), entries.size());
 
     EXPECT_FALSE(book.find(5)) << "records starting at record 0 are reported absent";
-    for (uint64_t missing : {uint64_t{0}, uint64_t{6}, uint64_t{8}, uint64_t{10}, high - 1, high + 1, ~uint64_t{0}}) EXPECT_FALSE(book.find(missing));
+    for (uint64_t missing :
+         {uint64_t{0}, uint64_t{6}, uint64_t{8}, uint64_t{10}, high - 1, high + 1, ~uint64_t{0}})
+        EXPECT_FALSE(book.find(missing));
     const std::pair<uint64_t, uint8_t> present[] = {{7, 3}, {9, 4}, {1ull << 32, 7}, {high, 8}};
     for (auto [key, to] : present) {
         ASSERT_TRUE(book.find(key)) << key;
@@ -115,7 +117,8 @@ TEST(BookFile, OpeningMissingAndEmptyFiles) {
     EXPECT_EQ(book.readEntries(*board), 0);
 
     // A trailing partial record is not counted and never read.
-    writeText(dir.file("partial.bbk"), readText(saveQuietly(dir, {entry(1, 1), entry(2, 2)})) + "\x01\x02\x03");
+    writeText(dir.file("partial.bbk"),
+              readText(saveQuietly(dir, {entry(1, 1), entry(2, 2)})) + "\x01\x02\x03");
     ASSERT_TRUE(book.open(dir.file("partial.bbk").c_str()));
     EXPECT_EQ(book.records(), 2u);
     EXPECT_TRUE(book.find(2));

@@ -32,7 +32,8 @@ struct Built {
     std::vector<BookEntry> records;
 };
 
-Built build(const ScratchDir& dir, const std::string& pgn, BookBuildOptions options = {}, unsigned maxGames = 0) {
+Built build(const ScratchDir& dir, const std::string& pgn, BookBuildOptions options = {},
+            unsigned maxGames = 0) {
     options.file = dir.file("built.bbk");
     std::string written;
     CaptureStdout();
@@ -50,7 +51,9 @@ Built buildText(const ScratchDir& dir, const std::string& text, BookBuildOptions
     return build(dir, dir.file("games.pgn"), options);
 }
 
-bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+bool contains(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
 
 std::string fenOf(const Board& board) {
     char* text = nullptr;
@@ -98,8 +101,9 @@ TEST(BookBuilder, OptionsComeFromTheBuildKeysWithDefaultsForEmptyValues) {
     EXPECT_TRUE(defaults.whiteWins && defaults.blackWins && defaults.draws);
 
     const std::map<std::string, std::string> ini = {
-        {"book.build.file", "my.bbk"},   {"book.build.maxply", "5000"}, {"book.build.mingames", "3"},
-        {"book.build.minelo", "2200x"}, {"book.build.minscore", "40"}, {"book.build.results", "1-0, 1/2-1/2"}};
+        {"book.build.file", "my.bbk"}, {"book.build.maxply", "5000"},
+        {"book.build.mingames", "3"},  {"book.build.minelo", "2200x"},
+        {"book.build.minscore", "40"}, {"book.build.results", "1-0, 1/2-1/2"}};
     const BookBuildOptions set = readBuildOptions([&](const char* key) {
         auto found = ini.find(key);
         return found == ini.end() ? std::string() : found->second;
@@ -114,17 +118,25 @@ TEST(BookBuilder, OptionsComeFromTheBuildKeysWithDefaultsForEmptyValues) {
 
 TEST(BookBuilder, TortureGamesReplayToTheirKnownFinalPositions) {
     // FEN placement and side to move after each game's last move.
-    const char* finals[] = {
-        "8/8/4R1p1/2k3p1/1p4P1/1P1b1P2/3K1n2/8 b", "1Q6/2k5/8/1Q3R2/4P3/8/2P2KP1/8 b",
-        "1r2k1r1/p1pq3p/B1p5/3b4/2PPp3/2K1q3/PPR5/R7 w", "3q4/1b3N1k/2rP2p1/ppn1Q3/2p5/7P/PPB2PP1/R5K1 b",
-        "r6r/5p2/4kP1p/2R3p1/1p1R4/p5B1/P4PPP/5K2 b", "8/3k3p/p3b1p1/1p3p2/2pB4/1PK2P2/P1P3PP/8 w",
-        "5bnr/7p/4ppp1/1r2Pk2/R5P1/5N2/PPP2P1P/R1B3K1 b", "3r1k2/p5R1/7p/1pqnp3/2P5/2Q1P3/P1B3PP/5K2 w",
-        "8/6p1/1b3kP1/p4P2/Pp2K2p/1P6/8/5B2 b", "8/1r1n2k1/pp1R4/3Npp1K/1P6/4P3/P4P1P/8 b",
-        "4R3/8/3P1p2/2K5/k1P5/8/3rp3/1q6 w", "8/8/8/7P/N7/5K2/4Q3/4k3 b",
-        "6b1/2k5/8/7K/8/8/8/B7 w", "8/3k3p/4pQ2/8/2P2Pq1/1Pn5/6P1/6BK b",
-        "8/3k3K/8/8/p7/8/7q/6q1 w", "rr3bk1/1bqn1ppp/p2p1n2/1p1PpNB1/2p1P3/2P2N1P/PPBQ1PP1/R3R1K1 b",
-        "rnbqkb1r/pppppppp/5n2/8/3P4/8/PPP1PPPP/RNBQKBNR w", "8/7R/8/8/2P5/1P6/P4K1k/8 b",
-        "8/8/R2bk3/6p1/1Pr3P1/8/5K2/8 w"};
+    const char* finals[] = {"8/8/4R1p1/2k3p1/1p4P1/1P1b1P2/3K1n2/8 b",
+                            "1Q6/2k5/8/1Q3R2/4P3/8/2P2KP1/8 b",
+                            "1r2k1r1/p1pq3p/B1p5/3b4/2PPp3/2K1q3/PPR5/R7 w",
+                            "3q4/1b3N1k/2rP2p1/ppn1Q3/2p5/7P/PPB2PP1/R5K1 b",
+                            "r6r/5p2/4kP1p/2R3p1/1p1R4/p5B1/P4PPP/5K2 b",
+                            "8/3k3p/p3b1p1/1p3p2/2pB4/1PK2P2/P1P3PP/8 w",
+                            "5bnr/7p/4ppp1/1r2Pk2/R5P1/5N2/PPP2P1P/R1B3K1 b",
+                            "3r1k2/p5R1/7p/1pqnp3/2P5/2Q1P3/P1B3PP/5K2 w",
+                            "8/6p1/1b3kP1/p4P2/Pp2K2p/1P6/8/5B2 b",
+                            "8/1r1n2k1/pp1R4/3Npp1K/1P6/4P3/P4P1P/8 b",
+                            "4R3/8/3P1p2/2K5/k1P5/8/3rp3/1q6 w",
+                            "8/8/8/7P/N7/5K2/4Q3/4k3 b",
+                            "6b1/2k5/8/7K/8/8/8/B7 w",
+                            "8/3k3p/4pQ2/8/2P2Pq1/1Pn5/6P1/6BK b",
+                            "8/3k3K/8/8/p7/8/7q/6q1 w",
+                            "rr3bk1/1bqn1ppp/p2p1n2/1p1PpNB1/2p1P3/2P2N1P/PPBQ1PP1/R3R1K1 b",
+                            "rnbqkb1r/pppppppp/5n2/8/3P4/8/PPP1PPPP/RNBQKBNR w",
+                            "8/7R/8/8/2P5/1P6/P4K1k/8 b",
+                            "8/8/R2bk3/6p1/1Pr3P1/8/5K2/8 w"};
     PgnReader reader;
     ASSERT_TRUE(reader.open((PGN_DIR + "torture.pgn").c_str()));
     auto board = std::make_unique<Board>();
@@ -154,8 +166,9 @@ TEST(BookBuilder, TortureFileBuildsWithEveryGameUsedButTheUnfinishedOne) {
     options.maxPly = 1000;
     const Built book = build(dir, PGN_DIR + "torture.pgn", options);
     ASSERT_TRUE(book.ok) << book.output;
-    EXPECT_TRUE(contains(book.output, "19 games read: 18 used, 1 without result, 0 filtered out, "
-                                      "0 without moves, 0 broken\n"))
+    EXPECT_TRUE(contains(book.output,
+                         "19 games read: 18 used, 1 without result, 0 filtered out, "
+                         "0 without moves, 0 broken\n"))
         << book.output;
     // 1495 plies less the unfinished game's 35, the moves after the first promotion of games 2, 3, 11,
     // 12, 13 and 15, and repeated position-move pairs: far fewer records than plies, but most of them.
@@ -167,8 +180,9 @@ TEST(BookBuilder, TwicBookMatchesATallyOfTheSameGames) {
     ScratchDir dir;
     const Built book = build(dir, PGN_DIR + "twic0920.pgn");
     ASSERT_TRUE(book.ok) << book.output;
-    EXPECT_TRUE(contains(book.output, "2245 games read: 2234 used, 0 without result, 0 filtered out, "
-                                      "11 without moves, 0 broken\n"))
+    EXPECT_TRUE(contains(book.output,
+                         "2245 games read: 2234 used, 0 without result, 0 filtered out, "
+                         "11 without moves, 0 broken\n"))
         << book.output;
 
     // Tally the first and, after 1. e4, the second moves here, straight from the games.
@@ -215,7 +229,8 @@ TEST(BookBuilder, TwicBookMatchesATallyOfTheSameGames) {
 
     // Merged with itself, every position holds each record twice.
     CaptureStdout();
-    ASSERT_TRUE(merge(dir.file("built.bbk").c_str(), dir.file("built.bbk").c_str(), dir.file("twice.bbk").c_str()));
+    ASSERT_TRUE(
+        merge(dir.file("built.bbk").c_str(), dir.file("built.bbk").c_str(), dir.file("twice.bbk").c_str()));
     GetCapturedStdout();
     const std::vector<BookEntry> twice = readBookFile(dir.file("twice.bbk"));
     ASSERT_EQ(twice.size(), 2 * book.records.size());
@@ -229,7 +244,8 @@ TEST(BookBuilder, TwicBookMatchesATallyOfTheSameGames) {
 
 TEST(BookBuilder, GamesStopAtTheirFirstPromotionAndTheirMaximumPly) {
     ScratchDir dir;
-    Built book = buildText(dir, "[FEN \"8/P6k/8/8/8/8/8/K7 w - - 0 1\"]\n1. Kb1 Kg8 2. a8=Q+ Kf7 3. Qb7+ 1-0\n");
+    Built book =
+        buildText(dir, "[FEN \"8/P6k/8/8/8/8/8/K7 w - - 0 1\"]\n1. Kb1 Kg8 2. a8=Q+ Kf7 3. Qb7+ 1-0\n");
     ASSERT_TRUE(book.ok) << book.output;
     ASSERT_EQ(book.records.size(), 3u) << "the first record, Kb1 and Kg8";
     EXPECT_EQ(book.records[1].won + book.records[2].won, 1);
@@ -259,7 +275,8 @@ TEST(BookBuilder, FiltersByResultRatingGamesAndScore) {
     BookBuildOptions options;
     options.minElo = 2200;
     book = buildText(dir, games, options);
-    EXPECT_TRUE(contains(book.output, "5 games read: 1 used, 1 without result, 3 filtered out,")) << book.output;
+    EXPECT_TRUE(contains(book.output, "5 games read: 1 used, 1 without result, 3 filtered out,"))
+        << book.output;
 
     options = {};
     options.blackWins = false;
@@ -293,8 +310,9 @@ TEST(BookBuilder, BrokenGamesAreNamedAndSkipped) {
     EXPECT_TRUE(contains(book.output, "game 1: illegal move 'Ke3' at ply 3, skipped\n")) << book.output;
     EXPECT_TRUE(contains(book.output, "game 2: bad FEN, skipped\n")) << book.output;
     EXPECT_TRUE(contains(book.output, "game 3: unterminated comment, skipped\n")) << book.output;
-    EXPECT_TRUE(contains(book.output, "4 games read: 1 used, 0 without result, 0 filtered out, 0 without moves, "
-                                      "3 broken\n"))
+    EXPECT_TRUE(contains(book.output,
+                         "4 games read: 1 used, 0 without result, 0 filtered out, 0 without moves, "
+                         "3 broken\n"))
         << book.output;
     EXPECT_EQ(book.records.size(), 3u);
 }
@@ -311,7 +329,8 @@ TEST(BookBuilder, NothingToBuildAndGarbage) {
 
     std::mt19937 random(3);
     std::string bytes(300000, '\0');
-    for (char& c : bytes) c = static_cast<char>(random() % 3 ? "e4Nf3 1-0[]{}()\"\n"[random() % 17] : random());
+    for (char& c : bytes)
+        c = static_cast<char>(random() % 3 ? "e4Nf3 1-0[]{}()\"\n"[random() % 17] : random());
     book = buildText(dir, bytes);
     EXPECT_TRUE(contains(book.output, "games read:")) << book.output.substr(0, 2000);
 }

@@ -11,7 +11,9 @@ namespace {
 using testing::internal::CaptureStdout;
 using testing::internal::GetCapturedStdout;
 
-BookEntry entry(uint64_t key, uint8_t to, uint16_t won = 1) { return BookEntry{key, 0x86, to, won, 2, 3}; }
+BookEntry entry(uint64_t key, uint8_t to, uint16_t won = 1) {
+    return BookEntry{key, 0x86, to, won, 2, 3};
+}
 
 std::string makeBook(const ScratchDir& dir, const std::string& name, const std::vector<BookEntry>& entries) {
     const std::string path = dir.file(name);

@@ -90,7 +90,8 @@ TEST(PgnReader, FormsOfMovetextPeopleWrite) {
     const std::vector<PgnGame> games = readText(
         "% an escape line\n"
         "[White \"a\\\\b\"][Black \"x ] y\"]\r\n\r\n"
-        "1.e4 $1 e5!? 2 . Nf3 (2. f4 exf4 (2... d5) 3. Nf3) 2...Nc6 3.Bb5 a6 4.Ba4 e.p. -- 5. 0-0+ {a} ; b {\n"
+        "1.e4 $1 e5!? 2 . Nf3 (2. f4 exf4 (2... d5) 3. Nf3) 2...Nc6 3.Bb5 a6 4.Ba4 e.p. -- 5. 0-0+ {a} ; b "
+        "{\n"
         "6. Qd1}\n"
         "0-1\n"
         "1. d4 d5 1/2\n"
@@ -98,7 +99,8 @@ TEST(PgnReader, FormsOfMovetextPeopleWrite) {
     ASSERT_EQ(games.size(), 2u);
     EXPECT_EQ(*games[0].tag("White"), "a\\b");
     EXPECT_EQ(*games[0].tag("Black"), "x ] y");
-    EXPECT_EQ(games[0].moves, (std::vector<std::string>{"e4", "e5", "Nf3", "Nc6", "Bb5", "a6", "Ba4", "--", "O-O+", "Qd1"}))
+    EXPECT_EQ(games[0].moves,
+              (std::vector<std::string>{"e4", "e5", "Nf3", "Nc6", "Bb5", "a6", "Ba4", "--", "O-O+", "Qd1"}))
         << "a brace inside a rest-of-line comment opens nothing";
     EXPECT_EQ(games[0].result, "0-1");
     EXPECT_EQ(games[1].moves.size(), 2u);
@@ -121,9 +123,14 @@ TEST(PgnReader, ADamagedGameIsReportedAndTheNextOneStillReads) {
         "[Event \"7\"]\n} ] ) 1. e4 Ke7 0-1\n"
         "[Event \"8\"]\n1. e4 (");
     ASSERT_EQ(games.size(), 8u);
-    const char* errors[] = {"unterminated comment", "unterminated variation", "unreadable move 'Nf6@'",
-                            "malformed tag pair",   "malformed tag pair",     "",
-                            "",                     "unterminated variation"};
+    const char* errors[] = {"unterminated comment",
+                            "unterminated variation",
+                            "unreadable move 'Nf6@'",
+                            "malformed tag pair",
+                            "malformed tag pair",
+                            "",
+                            "",
+                            "unterminated variation"};
     for (size_t i = 0; i < games.size(); i++) {
         EXPECT_EQ(games[i].error, errors[i]) << "game " << i + 1;
         EXPECT_EQ(games[i].number, i + 1);

@@ -18,7 +18,7 @@ using testing::internal::GetCapturedStdout;
 constexpr uint8_t E2 = 0x14, E4 = 0x34, D2 = 0x13, D4 = 0x33, G1 = 0x06, F3 = 0x25;
 
 class BookMoves : public testing::Test {
-protected:
+  protected:
     void SetUp() override { ASSERT_TRUE(board->setFen(START_FEN)); }
 
     // Opens a book of the start position's moves (after a first record, which no probe finds).
@@ -41,7 +41,8 @@ protected:
     std::unique_ptr<Board> board = std::make_unique<Board>();
 };
 
-const std::string HEADER = " Pick   Move      games    score    draws\n-----------------------------------------\n";
+const std::string HEADER =
+    " Pick   Move      games    score    draws\n-----------------------------------------\n";
 const std::string TOTALS_RULE = "------------------------------------------\n";
 
 TEST_F(BookMoves, ShowPrintsShareGamesScoreAndDrawsWithATotalsLine) {
@@ -53,7 +54,8 @@ TEST_F(BookMoves, ShowPrintsShareGamesScoreAndDrawsWithATotalsLine) {
                                TOTALS_RULE + "100.0%               10   65.000   30.000\n");
 
     openBook(book, {{0, G1 | BOOK_ODD_PLY, F3, 1, 0, 1}});
-    EXPECT_EQ(shown(book), HEADER + "100.0%  Ng1f3         2   50.000    0.000\n") << "one move: no totals line";
+    EXPECT_EQ(shown(book), HEADER + "100.0%  Ng1f3         2   50.000    0.000\n")
+        << "one move: no totals line";
 
     board->sideToMove = BLACK;
     EXPECT_EQ(shown(book), "position not in book\n") << "the side to move is part of the key";
@@ -96,7 +98,8 @@ TEST_F(BookMoves, TheBookStepShowsAndNamesThePickedMove) {
     openBook(book, {{0, G1, F3, 1, 1, 1}});
     CaptureStdout();
     EXPECT_EQ(consoleBookMove(*board), isMove(*board, "Nf3"));
-    EXPECT_EQ(GetCapturedStdout(), HEADER + "100.0%  Ng1f3         3   50.000   33.333\npicked book move: Ng1f3\n");
+    EXPECT_EQ(GetCapturedStdout(),
+              HEADER + "100.0%  Ng1f3         3   50.000   33.333\npicked book move: Ng1f3\n");
     book.close();
 }
 

@@ -12,7 +12,7 @@
 #include "book/record.h"
 
 class ScratchDir {
-public:
+  public:
     ScratchDir() {
         char pattern[] = "/tmp/kelvra-book-XXXXXX";
         root = mkdtemp(pattern);
@@ -21,7 +21,7 @@ public:
     std::string file(const std::string& name) const { return root + "/" + name; }
     const std::string& path() const { return root; }
 
-private:
+  private:
     std::string root;
 };
 
