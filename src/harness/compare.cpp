@@ -11,7 +11,7 @@ void appendLine(std::string& text, const char* format, auto... values) {
 }
 
 std::string timeText(const PositionResult& p) {
-    if (p.outcome != Outcome::SOLVED) return "-";
+    if (p.outcome != PositionOutcome::SOLVED) return "-";
     char text[32];
     std::snprintf(text, sizeof text, "%.2f s", p.ms / 1000.0);
     return text;
@@ -32,7 +32,7 @@ Comparison compareResults(const SuiteResults& a, const std::string& nameA, const
             appendLine(c.text, "%-20s %10s %10s  only in a\n", pa.id.c_str(), timeText(pa).c_str(), "");
             continue;
         }
-        const bool solvedA = pa.outcome == Outcome::SOLVED, solvedB = pb->outcome == Outcome::SOLVED;
+        const bool solvedA = pa.outcome == PositionOutcome::SOLVED, solvedB = pb->outcome == PositionOutcome::SOLVED;
         if (!solvedA && !solvedB) {
             ++c.neither;
             continue;

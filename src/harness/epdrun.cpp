@@ -85,7 +85,7 @@ void searchPosition(const EpdMoves& moves, uint32_t ms, PositionResult& result) 
     char text[MOVE_TEXT_SIZE];
     moveToText(gameBoard, text, listener.chosen);
     result.move = listener.chosen == NO_MOVE ? "-" : text;
-    result.outcome = listener.clock.solved() ? Outcome::SOLVED : Outcome::UNSOLVED;
+    result.outcome = listener.clock.solved() ? PositionOutcome::SOLVED : PositionOutcome::UNSOLVED;
     result.ms = listener.clock.solved() ? listener.clock.solutionMs() : elapsed;
 }
 
@@ -94,7 +94,7 @@ void printPosition(FILE* out, const PositionResult& p, const EpdRecord& record) 
         joined("bm", record.bestMoves) + (record.bestMoves.empty() || record.avoidMoves.empty() ? "" : "; ") +
         joined("am", record.avoidMoves);
     std::fprintf(out, "%3i %-16s %-8s %8.2f s  %-10s %-16s %12llu nodes\n", p.number, p.id.c_str(),
-                 p.outcome == Outcome::SOLVED ? "solved" : "-", p.ms / 1000.0, p.move.c_str(), expected.c_str(),
+                 p.outcome == PositionOutcome::SOLVED ? "solved" : "-", p.ms / 1000.0, p.move.c_str(), expected.c_str(),
                  static_cast<unsigned long long>(p.nodes));
     std::fflush(out);
 }
@@ -164,7 +164,7 @@ bool runEpdFile(const std::string& path, double seconds, EpdRun& run, FILE* out)
             searchPosition(moves, ms, result);
             printPosition(out, result, entry.record);
         } else {
-            result.outcome = Outcome::ERROR;
+            result.outcome = PositionOutcome::ERROR;
             result.move = "-";
             std::fprintf(out, "%3i %-16s error: line %i: %s\n", result.number, result.id.c_str(), entry.lineNumber,
                          error.c_str());
@@ -178,7 +178,7 @@ bool runEpdFile(const std::string& path, double seconds, EpdRun& run, FILE* out)
 std::string summaryText(const SuiteResults& results) {
     const int solved = results.solved();
     int errors = 0;
-    for (const PositionResult& p : results.positions) errors += p.outcome == Outcome::ERROR;
+    for (const PositionResult& p : results.positions) errors += p.outcome == PositionOutcome::ERROR;
     const double total = results.solvedMs() / 1000.0;
     char text[300];
     std::snprintf(text, sizeof text,

@@ -2,14 +2,14 @@
 
 int SuiteResults::solved() const {
     int count = 0;
-    for (const PositionResult& p : positions) count += p.outcome == Outcome::SOLVED;
+    for (const PositionResult& p : positions) count += p.outcome == PositionOutcome::SOLVED;
     return count;
 }
 
 uint64_t SuiteResults::solvedMs() const {
     uint64_t sum = 0;
     for (const PositionResult& p : positions)
-        if (p.outcome == Outcome::SOLVED) sum += p.ms;
+        if (p.outcome == PositionOutcome::SOLVED) sum += p.ms;
     return sum;
 }
 

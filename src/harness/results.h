@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
-enum class Outcome { SOLVED, UNSOLVED, ERROR };
+enum class PositionOutcome { SOLVED, UNSOLVED, ERROR };
 
 struct PositionResult {
     int number = 0;       // the position's place in the file, from 1
     std::string id;       // the EPD id, or "#<number>" when the line has none
-    Outcome outcome = Outcome::ERROR;
+    PositionOutcome outcome = PositionOutcome::ERROR;
     uint32_t ms = 0;      // solved: the solution time; otherwise the time searched
     uint64_t nodes = 0;
     std::string move;     // the move the search chose, "-" when none

@@ -33,7 +33,7 @@ std::string normalisedName(const std::string& path) {
 
 // LCT II points by whole seconds: 0-9 s 30, 10-29 25, 30-89 20, 90-179 15, 180-389 10, 390-600 5.
 int lctPoints(const PositionResult& p, double limit) {
-    if (p.outcome != Outcome::SOLVED) return 0;
+    if (p.outcome != PositionOutcome::SOLVED) return 0;
     const double seconds = std::floor(p.ms / 1000.0);
     if (seconds > limit) return 0;
     constexpr struct { double below; int points; } BANDS[] = {{10, 30}, {30, 25}, {90, 20}, {180, 15}, {390, 10}};
@@ -44,7 +44,7 @@ int lctPoints(const PositionResult& p, double limit) {
 
 // A time in seconds as the BT and BS rules count it: found and kept within the limit, else the limit.
 double cappedSeconds(const PositionResult& p, double limit) {
-    return p.outcome == Outcome::SOLVED ? std::min(p.ms / 1000.0, limit) : limit;
+    return p.outcome == PositionOutcome::SOLVED ? std::min(p.ms / 1000.0, limit) : limit;
 }
 
 double totalCappedSeconds(const Suite& suite, const SuiteResults& results) {

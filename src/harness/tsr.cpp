@@ -22,17 +22,17 @@
 
 namespace {
 
-const char* outcomeName(Outcome outcome) {
+const char* outcomeName(PositionOutcome outcome) {
     switch (outcome) {
-    case Outcome::SOLVED: return "solved";
-    case Outcome::UNSOLVED: return "unsolved";
-    case Outcome::ERROR: break;
+    case PositionOutcome::SOLVED: return "solved";
+    case PositionOutcome::UNSOLVED: return "unsolved";
+    case PositionOutcome::ERROR: break;
     }
     return "error";
 }
 
-bool readOutcome(const std::string& word, Outcome& outcome) {
-    for (Outcome o : {Outcome::SOLVED, Outcome::UNSOLVED, Outcome::ERROR})
+bool readOutcome(const std::string& word, PositionOutcome& outcome) {
+    for (PositionOutcome o : {PositionOutcome::SOLVED, PositionOutcome::UNSOLVED, PositionOutcome::ERROR})
         if (word == outcomeName(o)) {
             outcome = o;
             return true;
