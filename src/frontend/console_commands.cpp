@@ -7,6 +7,7 @@ std::span<const ConsoleCommand> optionCommands();  // set_command.cpp
 std::span<const ConsoleCommand> quitCommands();    // quit_command.cpp
 std::span<const ConsoleCommand> helpCommands();    // help_command.cpp
 std::span<const ConsoleCommand> bookCommands();    // book_commands.cpp
+std::span<const ConsoleCommand> harnessCommands();  // harness_commands.cpp
 std::span<const ConsoleCommand> evalCommands();    // eval_command.cpp
 std::span<const ConsoleCommand> positionCommands();  // position_commands.cpp
 
@@ -22,6 +23,7 @@ constexpr CommandGroup groups[] = {
     bookCommands,
     evalCommands,
     positionCommands,
+    harnessCommands,
 };
 
 }  // namespace
