@@ -1,0 +1,148 @@
+// Pawn structure: the per-structure terms and their block, the passed-pawn terms that depend on the
+// pieces, and the pawn table's store, hit and overwrite.
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "board/tables.h"
+#include "eval/pawns.h"
+#include "eval_support.h"
+
+using namespace evaltest;
+
+namespace {
+
+struct SideTerms {
+    int mg = 0, eg = 0;
+    PawnBlock block{};
+};
+
+SideTerms pawnSide(const std::string& fen, int side) {
+    SideTerms terms;
+    evalPawnSide(*boardFrom(fen), side, terms.block, terms.mg, terms.eg);
+    return terms;
+}
+
+int passedDynamic(const std::string& fen, int side) {
+    auto board = boardFrom(fen);
+    auto context = std::make_unique<EvalContext>();
+    pawnevaluator(*context, *board);
+    return evalPassedDynamic(*board, context->pawnEntry->block[side], side);
+}
+
+}  // namespace
+
+TEST(PawnStructure, TermsAndBlockOfEachSide) {
+    // White c4 d5, Black h7.
+    // d5 (own rank 5) protected by c4 and passed: placement 8/6, protected 20, passed 28/36,
+    //    protected passer 6/12: mg 62, eg 54.
+    // c4 (own rank 4) passed and backward (no neighbour beside it, none that can come up):
+    //    placement 8/4, passed 14/16, backward -12/-20 and -24/-4 on the open file: mg -14, eg -4.
+    const std::string fen = "4k3/7p/8/3P4/2P5/8/8/4K3 w - -";
+    const SideTerms white = pawnSide(fen, WHITE);
+    EXPECT_EQ(white.mg, 48);
+    EXPECT_EQ(white.eg, 50);
+    EXPECT_EQ(white.block.pawnFreeFiles, 0xF3);
+    EXPECT_EQ(white.block.passedFiles, 0x0C);
+    ASSERT_EQ(white.block.passedCount, 2);
+    EXPECT_EQ(white.block.passed[0], 0x43);  // in the order the pawns are listed: d5 came first
+    EXPECT_EQ(white.block.passed[1], 0x32);
+    EXPECT_EQ(white.block.colourCounts, 0x02);  // both on light squares
+    // h7 (own rank 2 for Black) passed and isolated: placement -12/0, passed 0/4,
+    //    isolated -20/-10 and -24/-10 on the open file: mg -56, eg -16.
+    const SideTerms black = pawnSide(fen, BLACK);
+    EXPECT_EQ(black.mg, -56);
+    EXPECT_EQ(black.eg, -16);
+    EXPECT_EQ(black.block.pawnFreeFiles, 0x7F);
+    ASSERT_EQ(black.block.passedCount, 1);
+    EXPECT_EQ(black.block.passed[0], 0x67);
+
+    // White e2 e3: the front pawn is doubled (-20/-25), -10 more with the file ahead open, passed
+    // (0/0 on the third rank), isolated (-20/-10, open -24/-10), placement 16/4: mg -58, eg -41.
+    // The rear pawn is not passed (a pawn ahead) but isolated: placement 8/0, -20/-10: mg -12, eg -10.
+    const SideTerms doubled = pawnSide("4k3/8/8/8/8/4P3/4P3/4K3 w - -", WHITE);
+    EXPECT_EQ(doubled.mg, -70);
+    EXPECT_EQ(doubled.eg, -51);
+    ASSERT_EQ(doubled.block.passedCount, 1);
+    EXPECT_EQ(doubled.block.passed[0], 0x24);
+}
+
+TEST(PawnStructure, NoPawnsStoreZeroScoresAndEmptyBlocks) {
+    auto context = std::make_unique<EvalContext>();
+    auto board = boardFrom("4k3/8/8/8/8/8/8/R3K3 w - -");
+    ASSERT_EQ(board->pawnHash, 0u);
+    // The key of no pawns is 0: it must not hit the zeroed entry 0 before anything was stored there.
+    EXPECT_EQ(pawnevaluator(*context, *board), 0);
+    EXPECT_EQ(context->pawnStores, 1u);
+    const PawnEntry& entry = *context->pawnEntry;
+    EXPECT_EQ(entry.check, 0u);
+    EXPECT_EQ(entry.middlegame, 0);
+    EXPECT_EQ(entry.endgame, 0);
+    for (int side = WHITE; side <= BLACK; ++side) {
+        EXPECT_EQ(entry.block[side].pawnFreeFiles, 0xFF);
+        EXPECT_EQ(entry.block[side].passedCount, 0);
+        EXPECT_EQ(entry.block[side].passedFiles, 0);
+    }
+    pawnevaluator(*context, *board);
+    EXPECT_EQ(context->pawnHits, 1u);
+}
+
+TEST(PawnStructure, KeysSharingTheIndexOverwriteEachOther) {
+    // Two structures of two white pawns whose keys share the low 16 bits (found from the key table).
+    std::map<uint32_t, std::pair<int, int>> byIndex;
+    std::pair<int, int> first{}, second{};
+    const int pawnSlot = WHITE_BASE + PAWN_SLOT;
+    for (int a = 0x10; a < 0x60 && !second.first; ++a)
+        for (int b = a + 1; b < 0x60 && onBoard(a); ++b) {
+            if (!onBoard(b)) continue;
+            const uint64_t key = pieceKey(pawnSlot, a) ^ pieceKey(pawnSlot, b);
+            auto [it, fresh] = byIndex.emplace(static_cast<uint32_t>(key & 0xFFFF), std::make_pair(a, b));
+            if (!fresh) {
+                first = it->second;
+                second = {a, b};
+                break;
+            }
+        }
+    ASSERT_NE(second.first, 0) << "no two structures share an index";
+    auto place = [](std::pair<int, int> pawns) {
+        auto board = boardFrom("k7/8/8/8/8/8/8/7K w - -");
+        for (int square : {pawns.first, pawns.second}) {
+            board->at(square) = static_cast<uint8_t>(WHITE_BASE + PAWN_SLOT + (square == pawns.second));
+            board->pieceSquare[board->at(square)] = static_cast<uint8_t>(square);
+            board->pawnHash ^= pieceKey(board->at(square), square);
+            board->material[WHITE] += PAWN_MATERIAL;
+        }
+        return board;
+    };
+    auto a = place(first), b = place(second);
+    ASSERT_NE(highHalf(a->pawnHash), highHalf(b->pawnHash));
+
+    auto context = std::make_unique<EvalContext>();
+    const int scoreA = pawnevaluator(*context, *a);
+    const PawnEntry* entry = context->pawnEntry;
+    const int scoreB = pawnevaluator(*context, *b);
+    EXPECT_EQ(context->pawnEntry, entry);
+    EXPECT_EQ(entry->check, highHalf(b->pawnHash));
+    EXPECT_EQ(pawnevaluator(*context, *a), scoreA);  // recomputed, not read from b's entry
+    EXPECT_EQ(pawnevaluator(*context, *b), scoreB);
+    EXPECT_EQ(context->pawnStores, 4u);
+    EXPECT_EQ(context->pawnHits, 0u);
+    pawnevaluator(*context, *b);
+    EXPECT_EQ(context->pawnHits, 1u);
+}
+
+TEST(PassedPawns, FrontSquareKingsAndRooks) {
+    // Pawn a7 (own rank 7): passedFree 25, kingFar 40, kingNear 20, rookBehind 25. Black king e8 is 4
+    // from a8, White's king e1 is 7 away: 160 - 140 = 20 in each case below.
+    EXPECT_EQ(passedDynamic("4k3/P7/8/8/8/8/8/4K3 w - -", WHITE), 25 + 20);  // queening is safe
+    EXPECT_EQ(passedDynamic("n3k3/P7/8/8/8/8/8/4K3 w - -", WHITE), -50 + 20);  // a knight blocks: twice
+    EXPECT_EQ(passedDynamic("r3k3/P7/8/8/8/8/8/4K3 w - -", WHITE), -25 + 20);  // a rook blocks: once
+    EXPECT_EQ(passedDynamic("4k3/P7/8/8/8/8/8/R3K3 w - -", WHITE), 25 + 20 + 25);  // own rook behind
+    // An enemy rook behind also guards a8 through the pawn: no passedFree.
+    EXPECT_EQ(passedDynamic("4k3/P7/8/8/8/8/8/r3K3 w - -", WHITE), 20 - 25);
+    // The same for Black, mirrored.
+    EXPECT_EQ(passedDynamic("4k3/8/8/8/8/8/p7/N3K3 b - -", BLACK), -50 + 20);
+    // Own rank 5, e5 blocked by a knight on e6: passedFree 4 twice; kings e8 (2 from e6, x 12) and
+    // e1 (5 from e6, x 6).
+    EXPECT_EQ(passedDynamic("4k3/8/4n3/4P3/8/8/8/4K3 w - -", WHITE), -8 + 24 - 30);
+}
