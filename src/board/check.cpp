@@ -18,23 +18,26 @@ constexpr KindRange KIND_RANGES[6] = {{KING_SLOT, KING_END},     {PAWN_SLOT, PAW
 bool Board::check(const char* label) const {
     Log log;
     bool ok = true;
-    // Squares and lists point at each other; off-board bytes hold the off-board slot.
-    for (int index = 0; index < 256; ++index) {
-        const int square = index - SQUARES_OFFSET;
-        const uint8_t slot = squares[index];
-        const bool real = square >= 0 && square < 128 && onBoard(square);
-        if (!real) {
-            if (slot != OFF_BOARD) {
-                log.warning(" %s wrong index: sq=%x, col=%x, i=%x, ix=%x=%x\n", label, square, 2, slot, 0, 0);
+    // Off-board bytes hold the off-board slot; real squares and lists point at each other.
+    uint8_t offBoard = 0;
+    for (int index = 0; index < SQUARES_OFFSET; ++index) offBoard |= squares[index] ^ OFF_BOARD;
+    for (int index = SQUARES_OFFSET + 128; index < 256; ++index) offBoard |= squares[index] ^ OFF_BOARD;
+    for (int rank = 0; rank < 8; ++rank)
+        for (int file = 8; file < 16; ++file) offBoard |= at(rank * 16 + file) ^ OFF_BOARD;
+    if (offBoard) {
+        log.warning(" %s wrong index: sq=%x, col=%x, i=%x, ix=%x=%x\n", label, 0x88, 2, offBoard ^ OFF_BOARD, 0, 0);
+        ok = false;
+    }
+    for (int rank = 0; rank < 8; ++rank) {
+        for (int file = 0; file < 8; ++file) {
+            const int square = makeSquare(file, rank);
+            const uint8_t slot = at(square);
+            if (slot == EMPTY) continue;
+            if (slot >= 192 || !(pieceCode[slot] & 63) || pieceSquare[slot] != square) {
+                log.warning(" %s wrong index: sq=%x, col=%x, i=%x, ix=%x=%x\n", label, square, slot >> 7, slot,
+                            slot < 192 ? pieceSquare[slot] : 0, slot);
                 ok = false;
             }
-            continue;
-        }
-        if (slot == EMPTY) continue;
-        if (slot >= 192 || !(pieceCode[slot] & 63) || pieceSquare[slot] != square) {
-            log.warning(" %s wrong index: sq=%x, col=%x, i=%x, ix=%x=%x\n", label, square, slot >> 7, slot,
-                        slot < 192 ? pieceSquare[slot] : 0, slot);
-            ok = false;
         }
     }
     for (int colour = WHITE; colour <= BLACK; ++colour) {

@@ -1,0 +1,104 @@
+// isValidMove against the generators: move words gathered from many positions are offered to every
+// position of the perft trees; a word is accepted only if the generators emit it there, and every
+// generated move that makeMove accepts is accepted.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+#include <vector>
+
+#include "board/makemove.h"
+#include "board/movegen.h"
+#include "board/notation.h"
+#include "positions.h"
+
+namespace {
+
+std::vector<Move> generated(Board& board) {
+    MoveList list;
+    Move* end = board.inCheck() ? generateEvasions(board, list) : generateMoves(board, list);
+    std::vector<Move> moves(list, end);
+    std::sort(moves.begin(), moves.end());
+    return moves;
+}
+
+// Calls visit on every position of the tree to `depth`; at the deepest level only every stride-th one.
+template <typename Visit>
+void walk(Board& board, int depth, int stride, int& counter, const Visit& visit) {
+    if (depth > 0 || ++counter % stride == 0) visit(board);
+    if (depth == 0) return;
+    const std::vector<Move> moves = generated(board);
+    const SavedState saved = saveState(board);
+    const Move lastMove = board.lastMove;
+    for (Move move : moves) {
+        const Move made = makeMove(board, move);
+        if (!made) continue;
+        board.lastMove = made;
+        walk(board, depth - 1, stride, counter, visit);
+        board.lastMove = lastMove;
+        takeBack(board, move, saved);
+    }
+}
+
+TEST(IsValidMove, AgreesWithTheGeneratorsOverThePerftTrees) {
+    const std::vector<PerftCase> cases = loadPerftCases();
+    const int depth = sanitized() ? 2 : 3;
+    const int stride = sanitized() ? 97 : 23;
+
+    // The pool: every move generated near the roots, plus words of other shapes for the same squares.
+    std::set<Move> pool;
+    for (const PerftCase& c : cases) {
+        Board board = boardFrom(c.fen.c_str());
+        int counter = 0;
+        walk(board, depth - 1, 1, counter, [&](Board& b) {
+            for (Move move : generated(b)) {
+                pool.insert(move);
+                pool.insert(move ^ MOVE_DOUBLE_PUSH);
+                pool.insert(move & ~(0xFFu << 16));  // the capture dropped
+            }
+        });
+    }
+    ASSERT_GT(pool.size(), 1000u);
+
+    int accepted = 0;
+    for (const PerftCase& c : cases) {
+        Board board = boardFrom(c.fen.c_str());
+        int counter = 0;
+        walk(board, depth, stride, counter, [&](Board& b) {
+            const std::vector<Move> moves = generated(b);
+            const SavedState saved = saveState(b);
+            for (Move move : pool) {
+                const bool valid = isValidMove(b, move);
+                const bool emitted = std::binary_search(moves.begin(), moves.end(), move);
+                bool legal = false;
+                if (emitted) {
+                    legal = makeMove(b, move) != NO_MOVE;
+                    if (legal) takeBack(b, move, saved);
+                }
+                accepted += valid;
+                if (valid != emitted && (valid || legal)) {
+                    char text[MOVE_TEXT_SIZE];
+                    moveToText(b, text, move);
+                    ADD_FAILURE() << text << " (" << std::hex << move << ") valid=" << valid << " emitted=" << emitted
+                                  << " legal=" << legal << " in " << c.fen;
+                    return;
+                }
+            }
+        });
+    }
+    EXPECT_GT(accepted, 10000);
+}
+
+TEST(IsValidMove, IgnoresMarksAndRefusesNonsense) {
+    Board board = boardFrom(START_FEN);
+    const Move e4 = makeMoveWord(0x14, 0x34, 0, MOVE_DOUBLE_PUSH);
+    EXPECT_TRUE(isValidMove(board, e4));
+    EXPECT_TRUE(isValidMove(board, e4 | MOVE_REDUCED | MOVE_CHECK));
+    EXPECT_FALSE(isValidMove(board, NO_MOVE));
+    EXPECT_FALSE(isValidMove(board, makeMoveWord(0x14, 0x34)));                      // double push without its flag
+    EXPECT_FALSE(isValidMove(board, makeMoveWord(0x64, 0x44, 0, MOVE_DOUBLE_PUSH)));  // the opponent's pawn
+    EXPECT_FALSE(isValidMove(board, makeMoveWord(0x04, 0x06, 0, MOVE_CASTLING)));     // squares not empty
+    EXPECT_FALSE(isValidMove(board, makeMoveWord(0x88, 0x34)));                       // off the board
+}
+
+}  // namespace
