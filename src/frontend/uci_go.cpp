@@ -107,6 +107,7 @@ void Uci::go() {
     // Step 4. The search runs on its own thread; input goes on being read meanwhile.
     reported = Reported();
     searchThread.listener = this;
+    searchThread.echoLines = false;
     searchThread.startSearch(false);
     traceMessage("go() ok");
 }

@@ -1,0 +1,85 @@
+// The book step of "go" through the real binary: book moves until the first search out of book, then
+// searches until a new game.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "board/board.h"
+#include "board/makemove.h"
+#include "board/notation.h"
+#include "book/book.h"
+#include "uci_session.h"
+
+namespace {
+
+constexpr uint8_t square(char file, char rank) {
+    return uint8_t((rank - '1') * 16 + (file - 'a'));
+}
+
+// The book key of the position after the moves from the start position.
+uint64_t keyAfter(const std::string& moves) {
+    auto board = std::make_unique<Board>();
+    EXPECT_TRUE(board->setFen(START_FEN));
+    std::istringstream words(moves);
+    for (std::string word; words >> word;) {
+        Move move = makeMove(*board, isMove(*board, word.c_str()));
+        EXPECT_NE(move, NO_MOVE) << word;
+        board->lastMove = move;
+    }
+    return bookKey(*board);
+}
+
+// A book with one move for the start position (e2e4) and one after 1.e4 e5 2.Nf3 Nc6 (f1b5); the
+// first record holds no real position, since a probe never finds the records that begin the file.
+std::string writeBook(const std::string& directory) {
+    std::vector<BookEntry> entries = {
+        {0, 0, 0, 0, 1, 0},
+        {keyAfter(""), square('e', '2'), square('e', '4'), 10, 5, 2},
+        {keyAfter("e2e4 e7e5 g1f3 b8c6"), square('f', '1'), square('b', '5'), 7, 7, 3},
+    };
+    std::sort(entries.begin(), entries.end(), [](const BookEntry& a, const BookEntry& b) { return a.key < b.key; });
+    std::string path = directory + "/test.bbk";
+    testing::internal::CaptureStdout();
+    EXPECT_TRUE(Book::save(path.c_str(), entries));
+    testing::internal::GetCapturedStdout();
+    return path;
+}
+
+bool searched(const std::string& answer) {
+    return answer.find("info depth") < answer.find("bestmove ");
+}
+
+TEST(UciBook, ConsultedUntilTheFirstSearchOutOfBookAndAgainInANewGame) {
+    std::string directory = scratchDirectory("uci_book_file");
+    UciSession session("uci_book", "book.file=" + writeBook(directory) + "\n");
+    const std::string ruyLopez = "position startpos moves e2e4 e7e5 g1f3 b8c6\n";
+
+    std::string out = session.exchange("position startpos\ngo depth 2\n", "bestmove ");
+    EXPECT_EQ(out, "bestmove e2e4\n");
+    out = session.exchange("position startpos moves e2e4 e7e5\ngo depth 2\n", "bestmove ");
+    EXPECT_TRUE(searched(out)) << out;
+    EXPECT_NE(session.logText().find("Uci:First search out of book is at 3 ply\n"), std::string::npos);
+
+    // The game goes on through the position where it left the book: no book any more.
+    out = session.exchange(ruyLopez + "go depth 2\n", "bestmove ");
+    EXPECT_TRUE(searched(out)) << out;
+
+    out = session.exchange("ucinewgame\n" + ruyLopez + "go depth 2\n", "bestmove ");
+    EXPECT_EQ(out, "bestmove f1b5\n");
+
+    // A new game without "ucinewgame": its moves never pass the position that left the book.
+    out = session.exchange("position startpos moves d2d4\ngo depth 1\n", "bestmove ");
+    EXPECT_TRUE(searched(out)) << out;
+    out = session.exchange(ruyLopez + "go depth 2\n", "bestmove ");
+    EXPECT_EQ(out, "bestmove f1b5\n");
+
+    out = session.exchange("setoption name OwnBook value false\nucinewgame\nposition startpos\ngo depth 1\n",
+                           "bestmove ");
+    EXPECT_TRUE(searched(out)) << out;
+}
+
+}  // namespace

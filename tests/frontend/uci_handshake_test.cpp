@@ -1,0 +1,130 @@
+// The UCI handshake, protocol log files, trace lines and options, through the real binary.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <regex>
+#include <string>
+
+#include "uci_session.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(UciHandshake, AnswersWithIdentityOptionsAndUciok) {
+    UciSession session("uci_handshake", "", false);
+    std::string answer = session.exchange("uci\n", "uciok\n");
+    EXPECT_EQ(answer.substr(answer.find("\nid name")),
+              "\nid name Kelvra-0.3a\n"
+              "id author the Kelvra developers\n"
+              "option name Hash            type spin  default 32 min 1 max 4096\n"
+              "option name Ponder          type check default false\n"
+              "option name OwnBook         type check default true\n"
+              "option name Threads         type spin default 1 min 1 max 8\n"
+              "option name UCI_Opponent    type string\n"
+              "option name UCI_EngineAbout type string default Kelvra by the Kelvra developers\n"
+              "uciok\n");
+    // The error stream now goes to the error log in the working directory.
+    EXPECT_TRUE(fs::exists(session.directory + "/kelvra-0.3a-error.log"));
+
+    // In UCI mode no prompt is printed, and words the protocol does not know go on to the console.
+    std::string after = session.settle("help\n");
+    EXPECT_EQ(after.find("% "), std::string::npos) << after;
+    EXPECT_NE(after.find("readyok\n"), std::string::npos);
+    EXPECT_NE(after.find("uci             enter uci mode"), std::string::npos) << after;
+    session.engine.send("quit\n");
+    EXPECT_EQ(session.engine.wait(), 0);
+
+    std::string log = session.logText();
+    EXPECT_TRUE(std::regex_search(log, std::regex("\\d{10}:<--uciok\n"))) << log;
+    EXPECT_TRUE(std::regex_search(log, std::regex("\\d{10}:isready\n\\d{10}:<--readyok\n"))) << log;
+    EXPECT_NE(log.find("exit()!\n"), std::string::npos) << log;
+}
+
+TEST(UciHandshake, EachUciOpensTheNextFreeLogFile) {
+    std::string directory = scratchDirectory("uci_logfiles");
+    fs::create_directories(directory + "/logs");
+    for (const char* taken : {"kelvra-0000.log", "kelvra-0001.log", "kelvra-0002.log"})
+        writeFile(directory + "/logs", taken, "kept\n");
+    writeFile(directory, "test.ini", "search.nthreads=1\nuci.logdir=logs/\n");
+    EngineProcess engine({"test.ini"}, directory);
+    engine.send("uci\nisready\n");
+    ASSERT_TRUE(engine.waitFor("readyok\n"));
+    engine.send("uci\nquit\n");
+    EXPECT_EQ(engine.wait(), 0);
+    EXPECT_EQ(readFile(directory + "/logs/kelvra-0002.log"), "kept\n");
+    std::string first = readFile(directory + "/logs/kelvra-0003.log");
+    std::string second = readFile(directory + "/logs/kelvra-0004.log");
+    EXPECT_NE(first.find("readyok"), std::string::npos) << first;
+    // The old file hears where the log goes next.
+    EXPECT_NE(first.find("redirecting output to " + directory + ", file=logs/kelvra-0004.log\n"), std::string::npos)
+        << first;
+    EXPECT_NE(second.find("exit()!"), std::string::npos) << second;
+}
+
+TEST(UciHandshake, WithoutUsableLogDirectoryTheProtocolStillWorks) {
+    std::string directory = scratchDirectory("uci_nolog");
+    // A file where the log directory should be: it cannot be created.
+    writeFile(directory, "blocked", "");
+    writeFile(directory, "test.ini", "search.nthreads=1\nuci.logdir=blocked/logs\n");
+    EngineRun run = runEngine({"test.ini"}, "uci\nisready\nquit\n", directory);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_NE(run.output.find("uciok\nreadyok\n"), std::string::npos) << run.output;
+    EXPECT_FALSE(fs::exists(directory + "/blocked/logs"));
+}
+
+TEST(UciHandshake, TraceLinesNameTheStatus) {
+    UciSession session("uci_trace", "uci.trace=1\n");
+    std::string out = session.settle("position startpos\nxyzzy\nucinewgame\n");
+    EXPECT_TRUE(std::regex_search(out, std::regex("trace \\d{10}\\[pos\\]: position\\(\\) ok\n"))) << out;
+    EXPECT_TRUE(std::regex_search(out, std::regex("trace \\d{10}\\[pos\\]: unknown uci command: xyzzy\n"))) << out;
+    EXPECT_NE(out.find("no such command: xyzzy"), std::string::npos) << out;
+    EXPECT_TRUE(std::regex_search(out, std::regex("trace \\d{10}\\[pos\\]: newgame!\n"))) << out;
+    // Traces go to the log whether or not they are shown.
+    EXPECT_TRUE(std::regex_search(session.logText(), std::regex("\\d{10}:position\\(\\)\\.\\.\\.\n")));
+}
+
+TEST(UciOptions, EveryOptionIsTakenAndLogged) {
+    UciSession session("uci_options");
+    std::string out = session.settle(
+        "setoption name Hash value 16\n"
+        "setoption name Clear Hash\n"
+        "setoption name Ponder value True\n"
+        "setoption name OwnBook value false\n"
+        "setoption name Threads value 1\n"
+        "setoption name UCI_Opponent value GM 2800 human Some Player\n"
+        "setoption name UCI_EngineAbout value anything\n"
+        "setoption name NoSuchOption value 3\n");
+    // Options are answered in the log only, never to the GUI.
+    EXPECT_EQ(out, "readyok\n");
+    std::string log = session.logText();
+    for (const char* line : {"resizing hash to 16Mb\n", "resized\n", "clearing tt...tt cleared", "canponder=0\n",
+                             "usebook=0\n", "setting cpus=1\n", "Opponent=GM Some Player, human, elo=2800\n",
+                             "Option not supported: UCI_EngineAbout\n", "Option not supported: NoSuchOption\n"})
+        EXPECT_NE(log.find(line), std::string::npos) << line << " not in\n" << log;
+
+    // The resized and cleared table serves the next search.
+    out = session.exchange("position startpos\ngo depth 3\n", "bestmove ");
+    EXPECT_NE(out.find("info depth 3"), std::string::npos) << out;
+}
+
+// Only the exact word "true" sets may-ponder, which gives each move a larger share of the clock.
+TEST(UciOptions, PonderTakesOnlyTrueAndWidensTheTimeShare) {
+    UciSession session("uci_ponder_option");
+    auto nominal = [&](const std::string& setting) {
+        size_t before = session.logText().size();
+        session.settle(setting + "ucinewgame\nposition startpos\ngo wtime 600000 btime 600000\n");
+        session.exchange("stop\n", "bestmove ");
+        std::string log = session.logText().substr(before);
+        std::smatch match;
+        EXPECT_TRUE(std::regex_search(log, match, std::regex("Nominal search time is ([0-9.]+) seconds"))) << log;
+        return match.empty() ? 0.0 : std::stod(match[1]);
+    };
+    double plain = nominal("");
+    EXPECT_GT(plain, 0.0);
+    EXPECT_EQ(nominal("setoption name Ponder value True\n"), plain);
+    EXPECT_GT(nominal("setoption name Ponder value true\n"), plain);
+    EXPECT_NE(session.logText().find("canponder=1\n"), std::string::npos);
+}
+
+}  // namespace

@@ -1,0 +1,82 @@
+// "position" through the real binary; the console's move list shows which position was set up.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "uci_session.h"
+
+namespace {
+
+// The console's list of legal moves after the given protocol lines.
+std::string movesAfter(UciSession& session, const std::string& lines) {
+    return session.settle(lines + "moves\n");
+}
+
+TEST(UciPosition, StartposFenAndMoveLists) {
+    UciSession session("uci_position");
+    struct Case {
+        const char* line;
+        const char* moveCount;  // legal moves of the resulting position
+        const char* listed;     // one of them, as the console writes it
+    };
+    const Case cases[] = {
+        {"position startpos", "#moves = 20\n", "Ng1f3"},
+        {"position startpos moves e2e4", "#moves = 20\n", "e7e5"},
+        {"position startpos moves e2e4 e7e5", "#moves = 29\n", "Bf1b5"},
+        {"position fen rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1 moves e7e5", "#moves = 29\n",
+         "Bf1b5"},
+        {"position   fen 4k3/8/8/8/8/8/8/4K2R w K - 0 1", "#moves = 15\n", "o-o"},
+        // A word after a move that is no move ends the list; so does one that is not legal here.
+        {"position startpos moves e2e4 e9e9 e7e5", "#moves = 20\n", "e7e5"},
+        {"position startpos moves e2e4 e2e4 e7e5", "#moves = 20\n", "e7e5"},
+        // Continuation words of a GUI's move list are skipped.
+        {"position startpos moves e2e4 .e7e5 e7e5", "#moves = 29\n", "Bf1b5"},
+        {"position startpos moves e2e4 e7e5 e1e3", "#moves = 29\n", "Bf1b5"},
+    };
+    for (const Case& c : cases) {
+        std::string out = movesAfter(session, std::string(c.line) + "\n");
+        EXPECT_NE(out.find(c.moveCount), std::string::npos) << c.line << "\n" << out;
+        EXPECT_NE(out.find(c.listed), std::string::npos) << c.line << "\n" << out;
+    }
+    // A first word other than startpos or fen leaves the board alone.
+    std::string out = movesAfter(session, "position startpos moves e2e4\nposition moves e7e5\n");
+    EXPECT_NE(out.find("#moves = 20\n"), std::string::npos) << out;
+
+    std::string log = session.logText();
+    EXPECT_NE(log.find("WARNING invalid move from GUI: e9e9\n"), std::string::npos) << log;
+    EXPECT_NE(log.find("WARNING invalid move from GUI: e2e4\n"), std::string::npos) << log;
+    EXPECT_NE(log.find("WARNING invalid move from GUI: e1e3\n"), std::string::npos) << log;
+    EXPECT_NE(log.find("SKIP continuation move: .e7e5\n"), std::string::npos) << log;
+}
+
+TEST(UciPosition, TwoPositionLinesInARowAreLoggedOnce) {
+    UciSession session("uci_two_positions");
+    std::string out = session.settle("position startpos\nposition startpos moves d2d4\n");
+    EXPECT_EQ(out, "readyok\n");
+    EXPECT_EQ(countOf(session.logText(), "uci: 2x position?\n"), 1u);
+    EXPECT_NE(movesAfter(session, "").find("d7d5"), std::string::npos);
+}
+
+TEST(UciPosition, ThreeHundredMoveGame) {
+    UciSession session("uci_long_game");
+    std::string line = "position startpos moves";
+    for (int cycle = 0; cycle < 74; cycle++) line += " g1f3 g8f6 f3g1 f6g8";
+    line += " e2e4 e7e5 g1f3 b8c6\n";
+    std::string out = movesAfter(session, line);
+    EXPECT_NE(out.find("#moves = 27\n"), std::string::npos) << out;
+    EXPECT_NE(out.find("Bf1b5"), std::string::npos) << out;
+    EXPECT_EQ(session.logText().find("WARNING"), std::string::npos);
+    out = session.exchange("go depth 2\n", "bestmove ");
+    EXPECT_NE(out.find("info depth 2"), std::string::npos) << out;
+}
+
+TEST(UciPosition, UnreadableFenFallsBackToTheStartPosition) {
+    UciSession session("uci_bad_fen");
+    std::string out = movesAfter(session, "position fen this is no fen moves e2e4\n");
+    EXPECT_NE(out.find("#moves = 20\n"), std::string::npos) << out;
+    EXPECT_NE(out.find("Ng1f3"), std::string::npos) << out;
+    out = session.exchange("go depth 1\n", "bestmove ");
+    EXPECT_EQ(countOf(out, "bestmove "), 1u);
+}
+
+}  // namespace

@@ -1,0 +1,124 @@
+// "go", "stop", "ponderhit", "isready" and "quit" around a running search, through the real binary.
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <string>
+
+#include "uci_session.h"
+
+namespace {
+
+const std::regex BESTMOVE("bestmove [a-h][1-8][a-h][1-8][nbrq]?( ponder [a-h][1-8][a-h][1-8][nbrq]?)?\n");
+const std::regex BESTMOVE_WITH_PONDER("bestmove [a-h][1-8][a-h][1-8][nbrq]? ponder [a-h][1-8][a-h][1-8][nbrq]?\n");
+
+bool has(const std::string& text, const std::regex& pattern) {
+    return std::regex_search(text, pattern);
+}
+
+TEST(UciSearch, InfiniteSearchAnswersIsreadyAndEndsOnStop) {
+    UciSession session("uci_infinite");
+    session.settle("position startpos\n");
+    std::string out = session.exchange("go infinite\n", " pv ");
+    out += session.exchange("isready\n", "readyok\n");
+    EXPECT_EQ(out.find("bestmove"), std::string::npos) << out;
+    out = session.exchange("stop\n", "bestmove ");
+    out += session.settle("");
+    EXPECT_TRUE(has(out, BESTMOVE)) << out;
+    EXPECT_EQ(countOf(out, "bestmove"), 1u) << out;
+    // The last info line before the answer carries the whole report.
+    EXPECT_TRUE(has(out, std::regex("info depth \\d+ seldepth \\d+ score cp -?\\d+ time \\d+ nodes \\d+ nps \\d+ pv "
+                                     "([a-h][1-8][a-h][1-8] )+\nbestmove")))
+        << out;
+    std::string log = session.logText();
+    EXPECT_LT(log.find("uci:stop() START\n"), log.find("uci:stop() END\n")) << log;
+}
+
+TEST(UciSearch, ReportsCurrentMovesAndMateScores) {
+    UciSession session("uci_reports");
+    std::string out = session.exchange("position fen 6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1\ngo depth 3\n", "bestmove ");
+    EXPECT_TRUE(has(out, std::regex("info depth 1\ninfo currmove [a-h][1-8][a-h][1-8] currmovenumber 1 time \\d+ "
+                                    "nodes \\d+ nps \\d+ hashfull \\d+\n")))
+        << out;
+    EXPECT_NE(out.find(" score mate 1 "), std::string::npos) << out;
+    EXPECT_NE(out.find("bestmove a1a8\n"), std::string::npos) << out;
+}
+
+TEST(UciSearch, PonderhitTurnsThePonderSearchIntoATimedOne) {
+    UciSession session("uci_ponderhit_live");
+    session.settle("position startpos moves e2e4\n");
+    std::string out = session.exchange("go ponder wtime 2000 btime 2000\n", "info depth");
+    out += session.settle("");
+    EXPECT_EQ(out.find("bestmove"), std::string::npos) << out;
+    out = session.exchange("ponderhit\n", "bestmove ");
+    out += session.settle("");
+    EXPECT_EQ(countOf(out, "bestmove"), 1u) << out;
+    EXPECT_NE(session.logText().find("START pondering\n"), std::string::npos);
+}
+
+// A ponder search that ends before the opponent moves holds its answer back: "ponderhit" sends it with
+// the ponder move, "stop" without.
+TEST(UciSearch, WithheldPonderResult) {
+    UciSession session("uci_ponder_withheld", "uci.trace=1\n");
+    std::string out = session.exchange("position startpos\ngo ponder depth 2\n", "finished() ok\n");
+    out += session.settle("");
+    EXPECT_EQ(out.find("bestmove"), std::string::npos) << out;
+    out = session.exchange("ponderhit\n", "bestmove ");
+    EXPECT_TRUE(has(out, BESTMOVE_WITH_PONDER)) << out;
+    EXPECT_NE(out.find("info depth 2 seldepth"), std::string::npos) << out;
+
+    out = session.exchange("position startpos moves e2e4\ngo ponder depth 2\n", "finished() ok\n");
+    out += session.settle("");
+    EXPECT_EQ(out.find("bestmove"), std::string::npos) << out;
+    out = session.exchange("stop\n", "bestmove ");
+    EXPECT_TRUE(has(out, BESTMOVE)) << out;
+    EXPECT_EQ(out.find(" ponder "), std::string::npos) << out;
+
+    std::string log = session.logText();
+    EXPECT_EQ(countOf(log, "Uci:finish() delay sending bestmove, status is still 'pondering'\n"), 2u) << log;
+    EXPECT_NE(log.find("Uci:ponderhit(): already finished\n"), std::string::npos) << log;
+}
+
+TEST(UciSearch, StopAndPonderhitWithoutGoAnswerTheNullMove) {
+    UciSession session("uci_no_go");
+    EXPECT_EQ(session.settle("position startpos\nstop\n"), "bestmove 0000\nreadyok\n");
+    EXPECT_EQ(session.settle("position startpos\nponderhit\n"), "bestmove 0000\nreadyok\n");
+    std::string log = session.logText();
+    EXPECT_NE(log.find("uci:: stop without preceeding go?\n"), std::string::npos) << log;
+    EXPECT_NE(log.find("uci:: ponderhit without preceeding go(): send bestmove 0000\n"), std::string::npos) << log;
+}
+
+TEST(UciSearch, EveryGoIsAnsweredByOneBestmove) {
+    UciSession session("uci_one_answer");
+    const char* searches[] = {
+        "go depth 1\n",
+        "go movetime 50\n",
+        "go\n",  // no limits of its own: the last ones end it
+        "go wtime 400 btime 400 winc 10 binc 10\n",
+        "go wtime 100000 btime 100000 movestogo 60 depth 2\n",
+        "go nodes 5000 depth 2 searchmoves e2e4\n",
+    };
+    for (const char* go : searches) session.exchange(std::string("position startpos moves d2d4\n") + go, "bestmove ");
+    session.exchange("position startpos\ngo infinite\n", "info depth");
+    session.exchange("stop\n", "bestmove ");
+    session.exchange("position startpos\ngo ponder wtime 1000 btime 1000\n", "info depth");
+    session.exchange("ponderhit\n", "bestmove ");
+    // A "go" on top of a running search: the running one answers first, then the new one.
+    session.exchange("position startpos\ngo infinite\n", "info depth");
+    size_t from = session.mark();
+    session.engine.send("go depth 1\n");
+    ASSERT_TRUE(session.engine.waitFor("bestmove ", 20000, from));
+    size_t first = session.engine.output().find("bestmove ", from);
+    EXPECT_TRUE(session.engine.waitFor("bestmove ", 20000, first + 1)) << session.since(from);
+    session.settle("");
+    EXPECT_EQ(countOf(session.engine.output(), "bestmove "), 10u) << session.engine.output();
+}
+
+TEST(UciSearch, QuitDuringASearchEndsAtOnce) {
+    UciSession session("uci_quit");
+    session.exchange("position startpos\ngo infinite\n", "info depth");
+    session.engine.send("quit\n");
+    EXPECT_EQ(session.engine.wait(5000), 0);
+    EXPECT_NE(session.logText().find("exit()!\n"), std::string::npos);
+}
+
+}  // namespace

@@ -1,0 +1,63 @@
+// A UCI session with the real binary for the protocol tests: a scratch directory with an ini file
+// (one search thread, protocol logs in "logs"), the engine started there, and helpers to send lines,
+// wait for answers and read the protocol log.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "engine_process.h"
+
+inline size_t countOf(const std::string& text, const std::string& what) {
+    size_t count = 0;
+    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + what.size())) count++;
+    return count;
+}
+
+inline std::string readFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::stringstream content;
+    content << file.rdbuf();
+    return content.str();
+}
+
+class UciSession {
+public:
+    // extraIni is appended to the ini file; "uci" is sent unless handshake is false.
+    explicit UciSession(const std::string& name, const std::string& extraIni = "", bool handshake = true)
+        : directory(scratchDirectory(name)),
+          engine({writeFile(directory, "test.ini", "search.nthreads=1\nuci.logdir=logs\n" + extraIni)}, directory) {
+        if (handshake) exchange("uci\n", "uciok\n");
+    }
+
+    ~UciSession() {
+        // A sanitizer report lands in the error log once "uci" has redirected the error stream.
+        std::string errors = readFile(directory + "/kelvra-0.3a-error.log");
+        if (testing::Test::HasFailure() && !errors.empty()) ADD_FAILURE() << "error log:\n" << errors;
+    }
+
+    size_t mark() const { return engine.output().size(); }
+    std::string since(size_t from) const { return engine.output().substr(from); }
+
+    // Sends lines and waits until `until` appears in the output that follows them; returns that output.
+    std::string exchange(const std::string& lines, const std::string& until, int timeoutMs = 20000) {
+        size_t from = mark();
+        EXPECT_TRUE(engine.send(lines)) << lines;
+        EXPECT_TRUE(engine.waitFor(until, timeoutMs, from))
+            << "no \"" << until << "\" after " << lines << "output:\n" << since(from);
+        return since(from);
+    }
+
+    // The output of a round trip through "isready": everything the engine wrote in answer to lines.
+    std::string settle(const std::string& lines) { return exchange(lines + "isready\n", "readyok\n"); }
+
+    std::string logText(const std::string& name = "kelvra-0000.log") const {
+        return readFile(directory + "/logs/" + name);
+    }
+
+    std::string directory;
+    EngineProcess engine;
+};
