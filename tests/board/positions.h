@@ -2,12 +2,14 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <string>
 #include <vector>
 
 #include "board/board.h"
+#include "frontend/util/log.h"
 
 struct PerftCase {
     std::string fen;
@@ -38,4 +40,32 @@ inline Board boardFrom(const char* fen) {
     Board board;
     if (!board.setFen(fen)) std::abort();
     return board;
+}
+
+// What `run` writes to the log.
+template <typename Run>
+std::string logOf(const Run& run) {
+    char* buffer = nullptr;
+    size_t size = 0;
+    FILE* stream = open_memstream(&buffer, &size);
+    FILE* previous = Log::stream();
+    Log::setStream(stream);
+    run();
+    Log::setStream(previous);
+    fclose(stream);
+    std::string text(buffer, size);
+    free(buffer);
+    return text;
+}
+
+// The FEN text writeFen gives.
+inline std::string fenOf(const Board& board) {
+    char* buffer = nullptr;
+    size_t size = 0;
+    FILE* stream = open_memstream(&buffer, &size);
+    board.writeFen(stream);
+    fclose(stream);
+    std::string text(buffer, size);
+    free(buffer);
+    return text;
 }

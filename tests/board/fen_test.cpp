@@ -1,0 +1,193 @@
+#include <gtest/gtest.h>
+
+#include "board/board.h"
+#include "board/movegen.h"
+#include "board/tables.h"
+#include "positions.h"
+
+namespace {
+
+// setFen's result and what it printed.
+struct FenResult {
+    bool ok;
+    std::string printed;
+};
+
+FenResult setFenPrinting(Board& board, const char* fen) {
+    testing::internal::CaptureStdout();
+    const bool ok = board.setFen(fen);
+    fflush(stdout);
+    return {ok, testing::internal::GetCapturedStdout()};
+}
+
+TEST(SetFen, FatalFaultsPrintTheirLineAndFail) {
+    Board board;
+    const std::pair<const char*, const char*> cases[] = {
+        {"4k3/8/8/8/8/8/8/4K3/8 w", "Illegal FEN: too many rows\n"},
+        {"4k3/8/8/8/8/8/8/4K3/ w", ""},  // the ninth row is never read: nothing on it
+        {"4k3/8/8/8/8/8/8/4K2x w", "invalid char in fen: x\n"},
+        {"4k3/8/8/8/8/8/8/4K2 0 w", "fen: invalid stm: 0\n"},  // the board field ends at the blank
+        {"4k3/8/8/8/0/8/8/4K3 w", "invalid char in fen: 0\n"},
+        {"4k3/8/8/8/9/8/8/4K3 w", "invalid char in fen: 9\n"},
+        {"4k3/8/8/8/8/8/8/4K3 x", "fen: invalid stm: x\n"},
+        {"4k3/8/8/8/8/8/8/4K3 W", "fen: invalid stm: W\n"},
+        {"R3k2R/8/8/8/8/8/8/4K3 b", "Illegal FEN: double slider attack not possible\n"},
+        {"4k3/8/3N4/8/8/8/8/4R1K1 b", ""},  // knight and rook: a double check that can happen
+        {"4k3/2N5/3N4/8/8/8/8/4R1K1 b", "Illegal FEN: triple check?!\n"},
+        // Guards: positions the board cannot hold or the generators cannot handle.
+        {"4k3/8/8/8/8/8/8/4K3R w", "Illegal FEN: row too long\n"},
+        {"4k3/8/8/8/8/8/8/44K w", "Illegal FEN: row too long\n"},
+        {"4k3/8/8/8/8/8/PPPPPPPP/P3K3 w", "Illegal FEN: too many pieces: P\n"},
+        {"4k3/8/8/8/8/8/8/4K2K w", "Illegal FEN: too many pieces: K\n"},
+        {"8/8/8/8/8/8/8/4K3 w", "Illegal FEN: a king is missing\n"},
+        {"", "Illegal FEN: a king is missing\n"},
+        {"4k2R/8/8/8/8/8/8/4K3 w", "Illegal FEN: the side not to move is in check\n"},
+        {"8/8/8/8/8/8/8/3kK3 w", "Illegal FEN: the side not to move is in check\n"},
+        {"4k3/8/8/8/8/8/8/4K3 w", ""},
+    };
+    for (const auto& [fen, printed] : cases) {
+        const FenResult result = setFenPrinting(board, fen);
+        EXPECT_EQ(result.printed, printed) << fen;
+        EXPECT_EQ(result.ok, std::string(printed).empty()) << fen;
+    }
+}
+
+TEST(SetFen, TheStartLiteralIsTheStandardStartPosition) {
+    Board literal = boardFrom(START_FEN);
+    Board standard = boardFrom("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
+    EXPECT_EQ(literal.hash, standard.hash);
+    EXPECT_EQ(fenOf(literal), "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 0");
+    EXPECT_EQ(literal.material[WHITE], 8 * PAWN_MATERIAL + 2 * KNIGHT_MATERIAL + 2 * BISHOP_MATERIAL +
+                                           2 * ROOK_MATERIAL + QUEEN_MATERIAL);
+    EXPECT_EQ(materialUnits(literal.material[BLACK]), 40);
+    EXPECT_EQ(literal.lastMove, NO_MOVE);
+    EXPECT_TRUE(literal.check("start"));
+    // Slots follow the order of the placement text: a8 rook first, then the h8 rook.
+    EXPECT_EQ(literal.at(0x70), BLACK_BASE + ROOK_SLOT);
+    EXPECT_EQ(literal.at(0x77), BLACK_BASE + ROOK_SLOT + 1);
+    EXPECT_EQ(literal.pieceSquare[BLACK_BASE + ROOK_SLOT + 2], NO_SQUARE);
+    EXPECT_EQ(literal.at(0x04), WHITE_BASE + KING_SLOT);
+}
+
+TEST(SetFen, TenKnightsFillTheirRange) {
+    Board board = boardFrom("4k3/8/8/8/8/NN6/NNNNNNNN/4K3 w");
+    EXPECT_EQ(knightCount(board.material[WHITE]), 10);
+    EXPECT_EQ(board.at(0x17), WHITE_BASE + KNIGHT_SLOT + 9);
+    EXPECT_EQ(board.pieceSquare[WHITE_BASE + KNIGHT_END], NO_SQUARE);
+    EXPECT_TRUE(board.check("knights"));
+}
+
+TEST(SetFen, CastlingRightsNeedKingAndRookAtHome) {
+    Board board;
+    std::string log = logOf([&] { board.setFen("r3k2r/8/8/8/8/8/8/R3K3 w KQkq -"); });
+    EXPECT_EQ(log, "castling K invalid\n");
+    EXPECT_EQ(board.castling, WHITE_LONG | BLACK_SHORT | BLACK_LONG);
+    EXPECT_EQ(fenOf(board), "r3k2r/8/8/8/8/8/8/R3K3 w Qkq - 0 0");
+
+    log = logOf([&] { board.setFen("r3k2r/8/8/8/8/8/8/R2K3R w KQkqX -"); });
+    EXPECT_EQ(log, "castling K invalid\ncastling Q invalid\nsetFen(): illegal castling char: X\n");
+    EXPECT_EQ(board.castling, BLACK_SHORT | BLACK_LONG);
+
+    // The key holds the rights: the same placement without rights has another key.
+    Board without = boardFrom("r3k2r/8/8/8/8/8/8/R2K3R w kq -");
+    Board none = boardFrom("r3k2r/8/8/8/8/8/8/R2K3R w - -");
+    EXPECT_EQ(without.hash, board.hash);
+    EXPECT_NE(none.hash, board.hash);
+}
+
+TEST(SetFen, EnPassantFieldSetsSquareKeyAndPseudoMove) {
+    Board board;
+    EXPECT_EQ(logOf([&] { board.setFen("4k3/8/8/8/4P3/8/8/4K3 b - e3"); }), "fen: pseudo last move=e2e4\n");
+    EXPECT_EQ(board.epSquare, 0x24u);
+    EXPECT_EQ(board.lastMove, makeMoveWord(0x14, 0x34, 0, MOVE_DOUBLE_PUSH));
+    Board plain = boardFrom("4k3/8/8/8/4P3/8/8/4K3 b - -");
+    EXPECT_EQ(board.hash, plain.hash ^ epKey(0x24));
+
+    EXPECT_EQ(logOf([&] { board.setFen("4k3/8/8/3p4/8/8/8/4K3 w - d6"); }), "fen: pseudo last move=d7d5\n");
+    EXPECT_EQ(board.lastMove, makeMoveWord(0x63, 0x43, 0, MOVE_DOUBLE_PUSH));
+
+    // a1 and anything below it is no square; squares past the board are refused the same way.
+    EXPECT_EQ(logOf([&] { board.setFen("4k3/8/8/8/8/8/8/4K3 w - a1"); }), "FEN: invalid ep square: 0\n");
+    EXPECT_EQ(board.epSquare, 0u);
+    EXPECT_EQ(logOf([&] { board.setFen("4k3/8/8/8/8/8/8/4K3 w - z9"); }), "FEN: invalid ep square: 99\n");
+    EXPECT_EQ(board.epSquare, 0u);
+    // A square on another rank is kept, with a log line.
+    EXPECT_EQ(logOf([&] { board.setFen("4k3/8/8/8/8/8/8/4K3 w - e4"); }), "setFen() ep square on wrong row: 3\n");
+    EXPECT_EQ(board.epSquare, 0x34u);
+    EXPECT_TRUE(board.check("ep"));
+}
+
+TEST(SetFen, CountsAreReadButNotKept) {
+    Board board;
+    EXPECT_EQ(logOf([&] { board.setFen("4k3/8/8/8/8/8/8/4K3 w - - 37 80"); }), "");
+    EXPECT_EQ(fenOf(board), "4k3/8/8/8/8/8/8/4K3 w - - 0 0");
+    EXPECT_EQ(logOf([&] { board.setFen("4k3/8/8/8/8/8/8/4K3 w - - 3x 8y extra words"); }),
+              "illegal char in fifty: x\nillegal char in move nr: y\nfenfields: extra words\n");
+    EXPECT_EQ(logOf([&] { board.setFen("4k3/8/8/8/8/8/8/4K3"); }), "");  // fields may be missing
+    EXPECT_EQ(board.sideToMove, static_cast<uint32_t>(WHITE));
+}
+
+TEST(SetFen, PseudoLastMoveExplainsTheCheck) {
+    Board board;
+    // Knight d6 and rook e1 both check the king on e8.
+    board = boardFrom("4k3/8/3N4/8/8/8/8/4R1K1 b");
+    EXPECT_EQ(board.lastMove, makeMoveWord(0x14, 0x53, 0, MOVE_CHECKS));
+    MoveList list;
+    for (Move* move = list, *end = generateEvasions(board, list); move != end; ++move)
+        EXPECT_EQ(moveFrom(*move), 0x74);  // only the king may move
+    // One checker: the checker itself as from- and to-square.
+    board = boardFrom("4k3/8/8/8/8/8/8/4R1K1 b");
+    EXPECT_EQ(board.lastMove, makeMoveWord(0x04, 0x04, 0, MOVE_CHECK));
+    // The pawn that just moved gives the check.
+    board = boardFrom("8/8/8/4k3/3P4/8/8/4K3 b - d3");
+    EXPECT_EQ(board.lastMove, makeMoveWord(0x13, 0x33, 0, MOVE_DOUBLE_PUSH | MOVE_CHECK));
+    // The pawn's move uncovered a bishop.
+    board = boardFrom("8/8/8/k7/3P4/8/8/4B1K1 b - d3");
+    EXPECT_EQ(board.lastMove, makeMoveWord(0x13, 0x33, 0, MOVE_DOUBLE_PUSH | MOVE_DISCOVERED));
+    // A checker the double push cannot explain is named alone.
+    board = boardFrom("8/8/8/8/k2P4/8/1N6/4K3 b - d3");
+    EXPECT_EQ(board.lastMove, makeMoveWord(0x11, 0x11, 0, MOVE_CHECK));
+    board = boardFrom("4k3/8/8/8/8/8/8/4K3 w");
+    EXPECT_EQ(board.lastMove, NO_MOVE);
+}
+
+TEST(BoardCheck, FindsEachKindOfCorruption) {
+    const Board good = boardFrom("r3k2r/8/8/8/8/8/8/R3K2R w KQkq -");
+    Board board = good;
+    board.hash ^= 1;
+    EXPECT_EQ(logOf([&] { EXPECT_FALSE(board.check("x")); }), ": hash not ok: x\n");
+    board = good;
+    board.material[BLACK] -= ROOK_MATERIAL;
+    EXPECT_EQ(logOf([&] { EXPECT_FALSE(board.check("y")); }), "y: BlackMaterial not ok: 10100005!=2020000a\n");
+    board = good;
+    board.pieceSquare[WHITE_BASE + ROOK_SLOT] = 0x01;
+    EXPECT_NE(logOf([&] { EXPECT_FALSE(board.check("z")); }).find(" z wrong index:"), std::string::npos);
+    board = good;
+    board.squares[3] = EMPTY;
+    EXPECT_FALSE(logOf([&] { EXPECT_FALSE(board.check("off")); }).empty());
+}
+
+TEST(BoardPrint, LettersMaterialSheetAndKeys) {
+    Board board = boardFrom(START_FEN);
+    char* buffer = nullptr;
+    size_t size = 0;
+    FILE* stream = open_memstream(&buffer, &size);
+    board.print(stream, 0);
+    board.print(stream, 1);
+    board.print(stream, 2);
+    fclose(stream);
+    const std::string text(buffer, size);
+    free(buffer);
+    EXPECT_EQ(text.substr(0, 74),
+              "   +---+---+---+---+---+---+---+---+\n"
+              " 8 |*r*|*n*|*b*|*q*|*k*|*b*|*n*|*r*|\n");
+    EXPECT_NE(text.find(" 1 |(R)|(N)|(B)|(Q)|(K)|(B)|(N)|(R)|  40-40=0 \n"), std::string::npos);
+    EXPECT_NE(text.find("     a   b   c   d   e   f   g   h\n\nrnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 0\n"
+                        " hash="),
+              std::string::npos);
+    EXPECT_NE(text.find(" 8 | a0| 88| 90| b0| 84| 90| 88| a0|\n"), std::string::npos);
+    EXPECT_NE(text.find(" 8 | ab| 94| a0| b6| 84| a1| 95| ac|\n"), std::string::npos);
+    EXPECT_NE(text.find("phash="), std::string::npos);
+}
+
+}  // namespace
