@@ -10,6 +10,7 @@ std::span<const ConsoleCommand> bookCommands();    // book_commands.cpp
 std::span<const ConsoleCommand> harnessCommands();  // harness_commands.cpp
 std::span<const ConsoleCommand> evalCommands();    // eval_command.cpp
 std::span<const ConsoleCommand> positionCommands();  // position_commands.cpp
+std::span<const ConsoleCommand> searchCommands();    // search_commands.cpp
 
 namespace {
 
@@ -23,6 +24,7 @@ constexpr CommandGroup groups[] = {
     bookCommands,
     evalCommands,
     positionCommands,
+    searchCommands,
     harnessCommands,
 };
 

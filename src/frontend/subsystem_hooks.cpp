@@ -6,10 +6,11 @@
 #include "board/board.h"
 #include "book/book.h"
 #include "eval/egbb.h"
+#include "search/tt.h"
 
-void initTables() {}
-
-void bootSearchThread() {}
+// The board and evaluation tables are built by the compiler; the pawn tables come with the thread
+// slots. What remains is the transposition table at its start-up size.
+void initTables() { tt.alloc(64 * 1024); }
 
 void setStartPosition() {
     gameBoard.setFen(START_FEN);
