@@ -151,6 +151,7 @@ void SearchThread::search() {
         sortRootMoves(rootMoves + 1, rootMoves + count);
     }
 
+    endingReason = reason;
     printLine(*this, bestScore, reason);
     if (listener) listener->finish(depth.load(std::memory_order_relaxed), bestScore, bestMove());
     stopAllThreads();

@@ -5,7 +5,9 @@
 #include "frontend/util/log.h"
 #include "search/timecontrol.h"
 
-SearchThread searchThreads[MAX_THREADS];
+// Never destroyed: the threads sleep on these records' events until the process ends, and destroying
+// an event that a thread waits on would block the exit.
+SearchThread (&searchThreads)[MAX_THREADS] = *new SearchThread[1][MAX_THREADS];
 SearchThread& searchThread = searchThreads[0];
 
 SearchThread::SearchThread() {
@@ -29,7 +31,11 @@ void SearchThread::boot() {
         return;
     }
     log.info("starting main search thread...\n");
+    // Back from here only once the thread sleeps: an idle event still set from construction would
+    // otherwise let a stop wait return before the first search has even begun.
+    idle.reset();
     platform::startThread([this] { threadBody(); }, true);
+    idle.wait();
 }
 
 void SearchThread::threadBody() {

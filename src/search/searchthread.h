@@ -68,6 +68,7 @@ struct SearchThread {
     std::atomic<int> rootCount{0};
     std::atomic<int> depth{0};  // the iteration being searched; ponderhit reads both from the protocol
     int bestScore = 0;
+    const char* endingReason = "";  // why the last search ended: "stopped\n", "(optimal)\n", ...
     uint64_t previousIterationNodes = 0;
 
     SearchThread();
@@ -109,7 +110,7 @@ private:
     void searchRoot(int depth);
 };
 
-extern SearchThread searchThreads[MAX_THREADS];
+extern SearchThread (&searchThreads)[MAX_THREADS];
 // The search thread the protocols drive (slot 0).
 extern SearchThread& searchThread;
 

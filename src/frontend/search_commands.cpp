@@ -1,0 +1,116 @@
+// The console's search commands: "g" searches the position and plays the move found, "maxdepth" and
+// "maxtime" set the limits of the next search, "bench" runs the benchmark.
+#include <cstdio>
+#include <cstring>
+#include <span>
+
+#include "board/board.h"
+#include "board/makemove.h"
+#include "board/notation.h"
+#include "book/book.h"
+#include "frontend/console.h"
+#include "frontend/subsystem_hooks.h"
+#include "search/bench.h"
+#include "search/searchthread.h"
+#include "search/timecontrol.h"
+#include "search/tt.h"
+
+namespace {
+
+// Plays the move the console search found on the game board and shows the result.
+class ConsoleListener : public SearchListener {
+public:
+    void finish(int, int, Move best) override {
+        if (best == NO_MOVE) {
+            printf("no legal move\n");
+            return;
+        }
+        char text[MOVE_TEXT_SIZE];
+        moveToText(gameBoard, text, best);
+        const Move made = makeMove(gameBoard, best & 0x3FFFFF7F);
+        printf("my move: %s\n", text);
+        if (made != NO_MOVE) gameBoard.lastMove = made;
+        gameBoard.print(stdout, 0);
+        fflush(stdout);
+    }
+    void reportLine(int, int, Move) override {}
+    void reportMove(int, int, Move) override {}
+};
+
+ConsoleListener consoleListener;
+
+AfterCommand searchCommand(const char* rest) {
+    if (consoleOptions.book && strcmp(rest, "nobook") != 0 && book.isOpen() && consoleBookMove(gameBoard) != NO_MOVE)
+        return AfterCommand::READ_NEXT;
+    if (consoleOptions.cleartt && strcmp(rest, "tt") != 0)
+        tt.clear();
+    else
+        printf("tt not cleared\n");
+    searchThread.stopSearch();
+    searchThread.listener = &consoleListener;
+    searchThread.echoLines = true;
+    timeControl.infinite.store(false);
+    searchThread.startSearch(!consoleOptions.async);
+    return AfterCommand::READ_NEXT;
+}
+
+AfterCommand maxDepthCommand(const char* rest) {
+    int depth = 0;
+    if (sscanf(rest, "%i", &depth) == 0) {
+        printf("illegal arg: %s\n", rest);
+        return AfterCommand::READ_NEXT;
+    }
+    searchThread.maxDepth = depth;
+    return AfterCommand::READ_NEXT;
+}
+
+AfterCommand maxTimeCommand(const char* rest) {
+    unsigned seconds = 5, moves = 1, increment = 0;
+    if (sscanf(rest, "%u %u %u", &seconds, &moves, &increment) == 0) {
+        printf("illegal arg: %s\n", rest);
+        return AfterCommand::READ_NEXT;
+    }
+    timeControl.setClock(static_cast<int>(moves), static_cast<int>(seconds * 1000), static_cast<int>(increment * 1000));
+    const int* limit = timeControl.phaseLimit;
+    printf("millis=%u\n", limit[2]);
+    printf("  easy=%u\n", limit[0]);
+    printf("  next=%u\n", limit[1]);
+    printf("  hi  =%u\n", limit[3]);
+    printf("  lo  =%u\n", limit[4]);
+    return AfterCommand::READ_NEXT;
+}
+
+void printBenchPosition(int index, uint64_t nodes, uint32_t ms) {
+    printf("position %2i: %10llu nodes %6u ms\n", index + 1, static_cast<unsigned long long>(nodes), ms);
+    fflush(stdout);
+}
+
+// "bench [depth]": the node total is the signature of the search; the last line is what scripts read.
+AfterCommand benchCommand(const char* rest) {
+    constexpr int DEFAULT_DEPTH = 10;
+    int depth = DEFAULT_DEPTH;
+    if (sscanf(rest, "%i", &depth) == 0 || depth < 1) {
+        printf("illegal arg: %s\n", rest);
+        return AfterCommand::READ_NEXT;
+    }
+    searchThread.stopSearch();
+    const BenchResult result = runBench(depth, printBenchPosition);
+    const unsigned long long nps = result.nodes * 1000 / (result.ms ? result.ms : 1);
+    printf("depth %i, %zu positions, %u ms\n", depth, benchPositions().size(), result.ms);
+    printf("%llu nodes %llu nps\n", static_cast<unsigned long long>(result.nodes), nps);
+    fflush(stdout);
+    return AfterCommand::READ_NEXT;
+}
+
+constexpr ConsoleCommand commands[] = {
+    {{"g"}, searchCommand},
+    {{"maxdepth", "md"}, maxDepthCommand},
+    {{"maxtime", "mt"}, maxTimeCommand},
+    {{"bench"}, benchCommand},
+};
+
+}  // namespace
+
+std::span<const ConsoleCommand> searchCommands() { return commands; }
+
+void bootSearchThread() { searchThread.boot(); }

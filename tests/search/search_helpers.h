@@ -1,0 +1,83 @@
+// Running real searches from tests: a table of moderate size, synchronous searches of FEN positions
+// under a depth and time limit, and a listener that records what the search reported.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "board/board.h"
+#include "board/makemove.h"
+#include "board/movegen.h"
+#include "board/notation.h"
+#include "search/searchthread.h"
+#include "search/timecontrol.h"
+#include "search/tt.h"
+
+// Heavy searches shrink under the sanitizers.
+inline bool sanitized() { return std::getenv("KELVRA_SANITIZED") != nullptr; }
+
+struct RecordingListener : SearchListener {
+    int finishes = 0;
+    int lines = 0;
+    int moves = 0;
+    int depth = 0;
+    int score = 0;
+    Move best = NO_MOVE;
+
+    void finish(int d, int s, Move b) override {
+        ++finishes;
+        depth = d;
+        score = s;
+        best = b;
+    }
+    void reportLine(int, int, Move) override { ++lines; }
+    void reportMove(int, int, Move) override { ++moves; }
+};
+
+struct SearchOutcome {
+    Move best;
+    int score;
+    int depth;
+    std::string reason;
+    std::string bestText;
+    int finishes;
+};
+
+// Searches fen on the search thread's own stack, synchronously, from an empty table.
+inline SearchOutcome searchPosition(const char* fen, int maxDepth, int moveTimeMs, bool clearTable = true) {
+    static const bool allocated = [] {
+        tt.alloc(8 * 1024);
+        return true;
+    }();
+    (void)allocated;
+    EXPECT_TRUE(gameBoard.setFen(fen)) << fen;
+    if (clearTable) tt.clear();
+    RecordingListener listener;
+    searchThread.listener = &listener;
+    searchThread.printStatistics = false;
+    searchThread.echoLines = false;
+    searchThread.maxDepth = maxDepth;
+    timeControl.infinite.store(false);
+    timeControl.setMoveTime(moveTimeMs);
+    searchThread.startSearch(true);
+    searchThread.listener = nullptr;
+    char text[MOVE_TEXT_SIZE];
+    moveToText(gameBoard, text, listener.best);
+    return {listener.best, listener.score, listener.depth, searchThread.endingReason, text, listener.finishes};
+}
+
+// Whether move is one of the legal moves of the game board.
+inline bool isLegalHere(Move move) {
+    MoveList list;
+    Move* end = gameBoard.inCheck() ? generateEvasions(gameBoard, list) : generateMoves(gameBoard, list);
+    for (Move* m = list; m < end; ++m) {
+        if ((*m & 0x3FFFFF7F) != (move & 0x3FFFFF7F)) continue;
+        const SavedState saved = saveState(gameBoard);
+        const Move made = makeMove(gameBoard, *m);
+        if (made == NO_MOVE) return false;
+        takeBack(gameBoard, made, saved);
+        return true;
+    }
+    return false;
+}

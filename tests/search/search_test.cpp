@@ -1,0 +1,201 @@
+// Whole searches: mates found with their exact distance, the reasons a search ends, and positions
+// that have tripped searches up (no moves at all, bare kings, tiny limits, very long lines).
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include "search/bench.h"
+#include "search/report.h"
+#include "search_helpers.h"
+
+namespace {
+
+struct MateProblem {
+    const char* fen;
+    int mateIn;  // moves of the side to move
+    const char* key;
+};
+
+// Well-known mates: the back rank, the scholar's mate, Morphy's rook sacrifice, and Philidor's
+// smothered mate from two starting points.
+constexpr MateProblem MATES[] = {
+    {"6k1/5ppp/8/8/8/8/5PPP/3R2K1 w - - 0 1", 1, "Rd1d8+"},
+    {"3r2k1/5ppp/8/8/8/8/5PPP/6K1 b - - 0 1", 1, "Rd8d1+"},
+    {"r1bqkb1r/pppp1ppp/2n2n2/4p2Q/2B1P3/8/PPPP1PPP/RNB1K1NR w KQkq - 4 4", 1, "Qh5xf7+"},
+    {"kbK5/pp6/1P6/8/8/8/8/R7 w - - 0 1", 2, "Ra1a6"},
+    {"r5k1/ppp2Npp/8/8/2Q5/8/PPP2PPP/6K1 w - - 0 1", 3, "Nf7h6++"},
+    {"r6k/ppp3pp/8/6N1/2Q5/8/PPP2PPP/6K1 w - - 0 1", 4, "Ng5f7+"},
+};
+
+TEST(Search, SolvesMatesWithTheExactDistanceAndMove) {
+    for (const MateProblem& problem : MATES) {
+        const SearchOutcome found = searchPosition(problem.fen, 2 * problem.mateIn + 2, 20000);
+        EXPECT_EQ(found.score, MATE - (2 * problem.mateIn - 1)) << problem.fen;
+        EXPECT_EQ(found.bestText, problem.key) << problem.fen;
+        // A mate inside the horizon needs no deeper iteration.
+        EXPECT_EQ(found.reason, "(optimal)\n") << problem.fen;
+        EXPECT_EQ(found.finishes, 1);
+    }
+}
+
+TEST(Search, SideThatIsMatedScoresTheDistanceNegated) {
+    // Black's only move is Kb8, and Rh8 mates.
+    const SearchOutcome lost = searchPosition("k7/8/1K6/8/8/8/8/7R b - - 0 1", 6, 20000);
+    EXPECT_EQ(lost.score, -(MATE - 2));
+    EXPECT_EQ(lost.bestText, "Ka8b8");
+}
+
+TEST(Search, EndsWithoutAMoveWhenThereIsNone) {
+    const SearchOutcome mated = searchPosition("3R2k1/5ppp/8/8/8/8/8/6K1 b - - 0 1", 10, 1000);
+    EXPECT_EQ(mated.best, NO_MOVE);
+    EXPECT_EQ(mated.score, -MATE);
+    EXPECT_EQ(mated.finishes, 1);
+    const SearchOutcome stalemate = searchPosition("7k/5Q2/6K1/8/8/8/8/8 b - - 0 1", 10, 1000);
+    EXPECT_EQ(stalemate.best, NO_MOVE);
+    EXPECT_EQ(stalemate.score, 0);
+}
+
+TEST(Search, SingleLegalMoveStopsAfterTheSecondIteration) {
+    // The bishop's check leaves the king one square.
+    const SearchOutcome found = searchPosition("4k3/8/8/4b3/8/8/P7/K7 w - - 0 1", 20, 20000);
+    EXPECT_EQ(found.reason, "single move\n");
+    EXPECT_EQ(found.depth, 2);
+    EXPECT_EQ(found.bestText, "Ka1b1");
+}
+
+TEST(Search, TinyLimitsStillGiveALegalMove) {
+    const char* fen = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
+    const SearchOutcome oneMs = searchPosition(fen, 0, 1);
+    EXPECT_TRUE(isLegalHere(oneMs.best));
+    const SearchOutcome depthOne = searchPosition(fen, 1, 20000);
+    EXPECT_EQ(depthOne.depth, 1);
+    EXPECT_EQ(depthOne.reason, "depth limit\n");
+    EXPECT_TRUE(isLegalHere(depthOne.best));
+
+    tt.alloc(1);  // the smallest table there is
+    const SearchOutcome small = searchPosition(fen, sanitized() ? 4 : 7, 20000);
+    EXPECT_TRUE(isLegalHere(small.best));
+    tt.alloc(8 * 1024);
+}
+
+TEST(Search, BareKingsAreADrawAtEveryDepth) {
+    const SearchOutcome found = searchPosition("8/8/3k4/8/8/4K3/8/8 w - - 0 1", 0, 2000);
+    EXPECT_EQ(found.score, 0);
+    EXPECT_TRUE(isLegalHere(found.best));
+    EXPECT_EQ(found.reason, "depth limit\n");  // every iteration up to the last one is instant
+}
+
+TEST(Search, LinesDownToTheDeepestPlyStayInBounds) {
+    // Deep enough below the root that quiescence runs into its ply limit.
+    ASSERT_TRUE(gameBoard.setFen("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP3PPP/R2QKB1R w KQ - 0 8"));
+    SearchThread& thread = searchThread;
+    thread.board = gameBoard;
+    thread.clearRecord();
+    thread.stop.store(0);
+    timeControl.infinite.store(true);
+    timeControl.start();
+    const int score = alphaBeta(thread, 96, -MATE, MATE, 4, gameBoard.lastMove, NODE_PV);
+    EXPECT_GT(score, -WON_BOUND);
+    EXPECT_LT(score, WON_BOUND);
+    EXPECT_LE(thread.seldepth, 120);
+    const int qscore = quiescence(thread, 118, -MATE, MATE, 4, gameBoard.lastMove);
+    EXPECT_GT(qscore, -WON_BOUND);
+    timeControl.infinite.store(false);
+}
+
+TEST(Search, MateDistancePruningCutsBeforeAnyMove) {
+    ASSERT_TRUE(gameBoard.setFen("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP3PPP/R2QKB1R w KQ - 0 8"));
+    SearchThread& thread = searchThread;
+    thread.board = gameBoard;
+    thread.clearRecord();
+    thread.stop.store(0);
+    timeControl.setMoveTime(20000);
+    timeControl.start();
+    // Mating from ply 5 takes at least until ply 6: no better than MATE - 6 is possible.
+    EXPECT_EQ(alphaBeta(thread, 5, MATE - 5, MATE - 4, 6, NO_MOVE, NODE_CUT), MATE - 6);
+    // Not in check at ply 4, the side to move cannot be mated before ply 6.
+    EXPECT_EQ(alphaBeta(thread, 4, -MATE + 1, -MATE + 3, 6, NO_MOVE, NODE_CUT), 4 - (MATE - 2));
+    EXPECT_EQ(thread.stats.nodes.get(), 2u);
+    // A PV node searches on.
+    EXPECT_LT(alphaBeta(thread, 4, -MATE + 1, -MATE + 3, 1, NO_MOVE, NODE_PV), MATE_BOUND);
+}
+
+TEST(Search, UnconfirmedFailHighKeepsTheBestMove) {
+    // Winning the queen is best; h3 is made to look better on its null window by a false table entry
+    // for the position after it, which the full-window re-search (a PV node) does not believe.
+    const char* fen = "3qk3/8/8/8/8/8/7P/3RK3 w - - 0 1";
+    ASSERT_TRUE(gameBoard.setFen(fen));
+    tt.clear();
+    Board after = gameBoard;
+    const Move h3 = isMove(after, "h3");
+    ASSERT_NE(makeMove(after, h3), NO_MOVE);
+    TtEntry fake;
+    fake.move = NO_MOVE;
+    fake.score = -2000;
+    fake.depth = 60;
+    fake.type = TT_UPPER;
+    SearchStats scratch;
+    tt.store(scratch, after, fake);
+
+    testing::internal::CaptureStdout();
+    searchThread.echoLines = true;
+    RecordingListener listener;
+    searchThread.listener = &listener;
+    searchThread.maxDepth = 3;
+    timeControl.infinite.store(false);
+    timeControl.setMoveTime(20000);
+    searchThread.startSearch(true);
+    searchThread.echoLines = false;
+    searchThread.listener = nullptr;
+    const std::string output = testing::internal::GetCapturedStdout();
+
+    char text[MOVE_TEXT_SIZE];
+    moveToText(gameBoard, text, listener.best);
+    EXPECT_STREQ(text, "Rd1xd8+");
+    EXPECT_NE(output.find("h2h3 ++"), std::string::npos) << output;
+    EXPECT_NE(output.find("h2h3 --"), std::string::npos) << output;
+}
+
+TEST(Search, BenchNodeCountIsASignature) {
+    const int depth = sanitized() ? 2 : 4;
+    const BenchResult first = runBench(depth);
+    const BenchResult second = runBench(depth);
+    EXPECT_GT(first.nodes, 0u);
+    EXPECT_EQ(first.nodes, second.nodes);
+    for (const char* fen : benchPositions()) {
+        Board board;
+        EXPECT_TRUE(board.setFen(fen)) << fen;
+    }
+}
+
+TEST(Search, StopEndsAnInfiniteSearchOnTheThread) {
+    RecordingListener listener;
+    searchThread.boot();
+    searchThread.boot();  // a second boot is refused
+    ASSERT_TRUE(gameBoard.setFen("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP3PPP/R2QKB1R w KQ - 0 8"));
+    searchThread.listener = &listener;
+    searchThread.maxDepth = 0;
+    timeControl.start();
+    timeControl.infinite.store(true);
+    searchThread.startSearch(false);
+    platform::sleepMs(50);
+    searchThread.ponderhit();  // the analysis becomes a timed search
+    searchThread.stopSearch();
+    EXPECT_TRUE(searchThread.isIdle());
+    EXPECT_EQ(listener.finishes, 1);
+    EXPECT_TRUE(isLegalHere(listener.best));
+    searchThread.listener = nullptr;
+    timeControl.infinite.store(false);
+}
+
+TEST(SearchReport, CountsShrinkToFiveDigitsWithAUnit) {
+    EXPECT_EQ(formatCount(99999), "99999 ");
+    EXPECT_EQ(formatCount(100000), "97k");
+    EXPECT_EQ(formatCount(5ull * 1024 * 1024 * 1024), "5120m");
+    EXPECT_EQ(formatScore(MATE - 3), " +2#");
+    EXPECT_EQ(formatScore(-(MATE - 4)), " -2#");
+    EXPECT_EQ(formatScore(125), "   1.250");
+}
+
+}  // namespace
