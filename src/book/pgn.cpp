@@ -228,8 +228,13 @@ bool PgnReader::next(PgnGame& game) {
             continue;
         }
         if (c == '{') {
-            if (!skipComment(game)) break;
-            continue;
+            if (skipComment(game)) continue;
+            // An unclosed comment before any game text loses nothing: go on with what follows it.
+            if (!started) {
+                game.error.clear();
+                continue;
+            }
+            break;
         }
         if (c == ';') {
             skipLine();

@@ -166,6 +166,10 @@ TEST(PgnReader, HostileInputEndsWithoutHangingOrGrowing) {
     EXPECT_EQ(readText("1. e4 {" + std::string(big, '{')).size(), 1u);
     EXPECT_EQ(readText(std::string(big, '(')).size(), 1u);
     EXPECT_EQ(readText("").size(), 0u);
+    games = readText("{never closed\n[Event \"x\"]\n1. e4 1-0\n");
+    ASSERT_EQ(games.size(), 1u) << "a lost comment before the first game hides nothing";
+    EXPECT_EQ(games[0].error, "");
+    EXPECT_EQ(games[0].moves.size(), 1u);
 }
 
 }  // namespace
