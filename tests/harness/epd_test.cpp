@@ -1,0 +1,160 @@
+// Reading EPD lines and setting up their positions and moves, including damaged input.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <memory>
+#include <string>
+
+#include "board/notation.h"
+#include "harness/epd.h"
+
+namespace {
+
+EpdRecord parsed(const char* line) {
+    EpdRecord record;
+    std::string error;
+    EXPECT_EQ(parseEpdLine(line, record, error), EpdLine::POSITION) << line << ": " << error;
+    return record;
+}
+
+std::string badReason(const char* line) {
+    EpdRecord record;
+    std::string error;
+    EXPECT_EQ(parseEpdLine(line, record, error), EpdLine::BAD) << line;
+    EXPECT_FALSE(error.empty()) << line;
+    return error;
+}
+
+TEST(EpdLine, ReadsFieldsCountersAndOperations) {
+    EpdRecord r = parsed(
+        "r3kb1r/3n1pp1/p6p/2pPp2q/Pp2N3/3B2PP/1PQ2P2/R3K2R w KQkq - bm d6; id \"LCTII.POS.01\"; c0 \"Chernin - Miles\";");
+    EXPECT_EQ(r.fen, "r3kb1r/3n1pp1/p6p/2pPp2q/Pp2N3/3B2PP/1PQ2P2/R3K2R w KQkq -");
+    EXPECT_EQ(r.bestMoves, std::vector<std::string>{"d6"});
+    EXPECT_TRUE(r.avoidMoves.empty());
+    EXPECT_EQ(r.id, "LCTII.POS.01");
+
+    // Several moves per opcode, repeated opcodes, no final semicolon, a quoted id with ';' and blanks.
+    r = parsed("4k3/8/8/8/8/8/4P3/4K3 w - - bm e4 e3;am Kd1 Kf1; bm Kd2 ;id \"a; b c\";c1 x y");
+    EXPECT_EQ(r.bestMoves, (std::vector<std::string>{"e4", "e3", "Kd2"}));
+    EXPECT_EQ(r.avoidMoves, (std::vector<std::string>{"Kd1", "Kf1"}));
+    EXPECT_EQ(r.id, "a; b c");
+
+    // Counters after the position fields, operations written with a leading ';'.
+    r = parsed("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1 ;D1 20 ;D2 400");
+    EXPECT_EQ(r.fen, "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
+    EXPECT_TRUE(r.bestMoves.empty());
+    EXPECT_TRUE(r.id.empty());
+
+    // A plain FEN with tabs and a carriage return.
+    EXPECT_EQ(parsed("8/8/8/8/8/8/k7/K7\tb - -\r").fen, "8/8/8/8/8/8/k7/K7 b - -");
+}
+
+TEST(EpdLine, BlankAndCommentLinesAreSkipped) {
+    EpdRecord record;
+    std::string error;
+    for (const char* line : {"", "   ", "\t\r", "# a comment", "  # indented"})
+        EXPECT_EQ(parseEpdLine(line, record, error), EpdLine::SKIP) << '"' << line << '"';
+}
+
+TEST(EpdLine, DamagedLinesAreRefusedWithAReason) {
+    EXPECT_EQ(badReason("4k3/8/8/8 w"), "fewer than four position fields");
+    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/4K3 w -"), "fewer than four position fields");
+    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/8/4K3 w - - bm Kd1;"), "the position does not have 8 ranks of 8 squares");
+    EXPECT_EQ(badReason("4k3/8/8/8/8/8/4K3 w - - bm Kd1;"), "the position does not have 8 ranks of 8 squares");
+    EXPECT_EQ(badReason("4k3/9/8/8/8/8/8/4K3 w - - bm Kd1;"), "bad character in the position: 9");
+    EXPECT_EQ(badReason("4k4/8/8/8/8/8/8/4K3 w - - bm Kd1;"), "the position does not have 8 ranks of 8 squares");
+    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/4K2 w - - bm Kd1;"), "the position does not have 8 ranks of 8 squares");
+    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/3KK3 w - - bm Kd1;"), "the position needs one king of each colour");
+    EXPECT_EQ(badReason("8/8/8/8/8/8/8/4K3 w - - bm Kd1;"), "the position needs one king of each colour");
+    EXPECT_EQ(badReason("4k2P/8/8/8/8/8/8/4K3 w - - bm Kd1;"), "pawn on the first or last rank");
+    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/p3K3 w - - bm Kd1;"), "pawn on the first or last rank");
+    EXPECT_EQ(badReason("4k3/NNNNNNNN/NNN5/8/8/8/8/4K3 w - - bm Kd1;"), "too many pieces");
+    EXPECT_EQ(badReason("4k3/pppppppp/p7/8/8/8/8/4K3 w - - bm Kd1;"), "too many pieces");
+    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/4K3 w - - bm Kd1; id \"open"), "string without its closing quote");
+    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/4K3 w - - bm Kd1; 7x y;"), "bad opcode: 7x");
+    badReason(std::string(5000, '/').c_str());
+    badReason("\xff\xfe garbage \x01 w - -");
+}
+
+// Sets up the line's position and reads its moves; the reason when that fails.
+struct Prepared {
+    bool ok;
+    EpdMoves moves;
+    std::string error;
+    std::unique_ptr<Board> board = std::make_unique<Board>();
+};
+
+Prepared setUp(const char* line) {
+    Prepared s;
+    s.ok = setUpEpd(*s.board, parsed(line), s.moves, s.error);
+    return s;
+}
+
+TEST(EpdSetUp, SanCoordinateAndCastlingMovesAreRead) {
+    Prepared s = setUp("r3k2r/1P6/8/8/8/8/8/R3K2R w KQkq - bm O-O e1c1 b7b8n; am Rxa8+ b8=Q;");
+    ASSERT_TRUE(s.ok) << s.error;
+    ASSERT_EQ(s.moves.best.size(), 3u);
+    ASSERT_EQ(s.moves.avoid.size(), 2u);
+    EXPECT_EQ(moveTo(s.moves.best[0]), makeSquare(6, 0));
+    EXPECT_EQ(moveTo(s.moves.best[1]), makeSquare(2, 0));
+    EXPECT_EQ(promotionKind(s.moves.best[2]), KNIGHT);
+    EXPECT_EQ(moveTo(s.moves.avoid[0]), makeSquare(0, 7));
+    EXPECT_EQ(promotionKind(s.moves.avoid[1]), QUEEN);
+}
+
+TEST(EpdSetUp, UnusablePositionsAndMovesAreReported) {
+    Prepared s = setUp("4k3/8/8/8/8/8/8/4K3 w - - bm Kd9;");
+    EXPECT_FALSE(s.ok);
+    EXPECT_EQ(s.error, "not a legal move in bm: Kd9");
+    s = setUp("4k3/8/8/8/8/8/8/4K3 w - - bm Kd1; am Ke3;");
+    EXPECT_EQ(s.error, "not a legal move in am: Ke3");
+    // Legal looking text, but not legal here: the king would walk into check.
+    s = setUp("4k3/8/8/8/8/8/3r4/4K3 w - - bm Kxd2;");
+    EXPECT_TRUE(s.ok) << s.error;
+    s = setUp("4k3/8/8/8/8/8/3r4/4K3 w - - bm Ke2;");
+    EXPECT_EQ(s.error, "not a legal move in bm: Ke2");
+    s = setUp("4k3/8/8/8/8/8/8/4K3 x - - bm Kd1;");
+    EXPECT_EQ(s.error, "bad position: 4k3/8/8/8/8/8/8/4K3 x - -");
+    // White to move while Black's king is attacked: the search would capture a king.
+    s = setUp("4k3/8/8/8/8/8/8/R3K2R w - - bm Ra8;");
+    EXPECT_TRUE(s.ok);
+    s = setUp("4k3/8/8/8/8/8/8/4R1K1 w - - bm Kg2;");
+    EXPECT_EQ(s.error, "bad position: 4k3/8/8/8/8/8/8/4R1K1 w - -");
+}
+
+TEST(EpdSetUp, SolutionsAreBestMovesThatAreNotAvoided) {
+    Prepared s = setUp("4k3/8/8/8/8/8/4P3/4K3 w - - bm e4 e3; am Kd1;");
+    ASSERT_TRUE(s.ok) << s.error;
+    Board& board = *s.board;
+    EXPECT_TRUE(isSolution(s.moves, isMove(board, "e2e4")));
+    EXPECT_TRUE(isSolution(s.moves, isMove(board, "e3")));
+    EXPECT_FALSE(isSolution(s.moves, isMove(board, "Kf1")));
+    EXPECT_FALSE(isSolution(s.moves, NO_MOVE));
+    // Only moves to avoid: anything else solves.
+    s = setUp("4k3/8/8/8/8/8/4P3/4K3 w - - am Kd1;");
+    ASSERT_TRUE(s.ok) << s.error;
+    EXPECT_FALSE(isSolution(s.moves, isMove(*s.board, "Kd1")));
+    EXPECT_TRUE(isSolution(s.moves, isMove(*s.board, "Kf1")));
+    // The check mark and the reduced mark of a searched move do not matter.
+    s = setUp("4k3/8/8/8/8/8/8/R3K3 w - - bm Ra8+;");
+    ASSERT_TRUE(s.ok) << s.error;
+    const Move check = isMove(*s.board, "Ra1a8");
+    EXPECT_TRUE(isSolution(s.moves, (check & ~MOVE_CHECKS) | MOVE_REDUCED));
+}
+
+TEST(EpdSetUp, EveryPublishedSuiteReadsCleanly) {
+    for (const char* name : {"lct2", "bt2450", "bt2630", "bs2830"}) {
+        std::ifstream in(std::string(KELVRA_DATA_DIR) + "/suites/" + name + ".epd");
+        ASSERT_TRUE(in) << name;
+        int positions = 0;
+        for (std::string line; std::getline(in, line);) {
+            Prepared s = setUp(line.c_str());
+            EXPECT_TRUE(s.ok) << name << ": " << line << ": " << s.error;
+            EXPECT_FALSE(s.moves.best.empty()) << line;
+            ++positions;
+        }
+        EXPECT_EQ(positions, std::string(name) == "lct2" ? 35 : std::string(name) == "bs2830" ? 27 : 30);
+    }
+}
+
+}  // namespace

@@ -1,0 +1,59 @@
+// The colour-flip twin of a position, and the check over the published suites.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "harness/vflip.h"
+
+namespace {
+
+TEST(Vflip, TwinMirrorsRanksSwapsColoursAndRights) {
+    EXPECT_EQ(flipFen("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1"),
+              "rnbqkbnr/pppp1ppp/8/4p3/8/8/PPPPPPPP/RNBQKBNR w KQkq e6 0 1");
+    EXPECT_EQ(flipFen("r3k3/8/8/8/8/8/8/4K2R w Kq -"), "4k2r/8/8/8/8/8/8/R3K3 b Qk -");
+    EXPECT_EQ(flipFen("4k3/8/8/8/8/8/8/4K3 w - -"), "4k3/8/8/8/8/8/8/4K3 b - -");
+    // The engine's own form with empty ranks, and a FEN with fields missing.
+    EXPECT_EQ(flipFen("rnbqkbnr/pppppppp/////PPPPPPPP/RNBQKBNR w KQkq - -"),
+              "rnbqkbnr/pppppppp/////PPPPPPPP/RNBQKBNR b KQkq - -");
+    EXPECT_EQ(flipFen("8/8/8/8/8/8/k7/K7"), "k7/K7/8/8/8/8/8/8 b");
+    // Flipping twice gives the position back.
+    const std::string fen = "2r3k1/1q1nbppp/r3p3/3pP3/pPpP4/P1Q2N2/2RN1PPP/2R4K b - b3";
+    EXPECT_EQ(flipFen(flipFen(fen)), fen);
+}
+
+TEST(Vflip, EveryPublishedSuiteEvaluatesItsTwinsAlike) {
+    for (const char* name : {"lct2", "bt2450", "bt2630", "bs2830"}) {
+        VflipCount count;
+        FILE* out = std::tmpfile();
+        ASSERT_TRUE(vflipFile(std::string(KELVRA_DATA_DIR) + "/suites/" + name + ".epd", count, out));
+        std::fclose(out);
+        EXPECT_GE(count.positions, 27) << name;
+        EXPECT_EQ(count.differences, 0) << name;
+        EXPECT_EQ(count.errors, 0) << name;
+    }
+}
+
+TEST(Vflip, DamagedLinesAreCountedAndReported) {
+    const std::string path = (std::filesystem::temp_directory_path() / "kelvra_vflip.epd").string();
+    std::ofstream(path) << "4k3/8/8/8/8/8/4P3/4K3 w - -\n\nbroken line\n4k3/8/8/8/8/8/8/4R1K1 w - -\n"
+                           "r1bqkbnr/pppp1ppp/2n5/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R w KQkq - 2 3 bm Bb5;\n";
+    VflipCount count;
+    FILE* out = std::tmpfile();
+    ASSERT_TRUE(vflipFile(path, count, out));
+    std::rewind(out);
+    std::string printed;
+    for (int c; (c = std::fgetc(out)) != EOF;) printed += static_cast<char>(c);
+    std::fclose(out);
+    EXPECT_EQ(count.positions, 2);
+    EXPECT_EQ(count.errors, 2);
+    EXPECT_NE(printed.find("vflip: line 3: fewer than four position fields\n"), std::string::npos) << printed;
+    EXPECT_NE(printed.find("vflip: line 4: bad position: 4k3/8/8/8/8/8/8/4R1K1 w - -\n"), std::string::npos) << printed;
+    EXPECT_NE(printed.find("vflip: 2 positions, 0 not equal, 2 lines in error\n"), std::string::npos) << printed;
+    EXPECT_FALSE(vflipFile("/no/such/file.epd", count, stdout));
+    std::remove(path.c_str());
+}
+
+}  // namespace
