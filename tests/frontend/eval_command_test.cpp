@@ -1,0 +1,57 @@
+// The console's "eval" command and the bitbase keys of the ini file, through the real binary.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "engine_process.h"
+
+namespace {
+
+std::string run(const std::string& ini, const std::string& input) {
+    const std::string directory = scratchDirectory("eval");
+    std::vector<std::string> args;
+    if (!ini.empty()) args.push_back(writeFile(directory, "engine.ini", ini));
+    EngineRun result = runEngine(args, input, directory);
+    EXPECT_EQ(result.exitCode, 0);
+    return result.output;
+}
+
+// The text of the last "total" line.
+std::string lastTotal(const std::string& output) {
+    const size_t at = output.rfind("\ntotal ");
+    if (at == std::string::npos) return "";
+    return output.substr(at + 1, output.find('\n', at + 1) - at - 1);
+}
+
+}  // namespace
+
+TEST(EvalCommand, ShowsTheTermsAndEndsWithTheTotal) {
+    // King and pawn: derived by hand in the evaluation's tests (111 for White, plus the tempo).
+    std::string output = run("", "fen 4k3/8/8/8/4P3/8/8/4K3 w - -\neval\n");
+    EXPECT_EQ(lastTotal(output), "total 115");
+    for (const char* term : {"material           100\n", "pawns                2\n", "king               -18     -27\n"})
+        EXPECT_NE(output.find(term), std::string::npos) << term << output;
+    EXPECT_EQ(lastTotal(run("", "fen 4k3/8/8/8/4P3/8/8/4K3 b - -\neval\n")), "total -107");
+    EXPECT_EQ(lastTotal(run("", "eval\n")), "total 4");  // the start position: only the tempo
+    // A draw by material shows the rule and scores exactly 0.
+    output = run("", "fen 4k3/8/8/8/8/8/8/1NN1K3 w - -\neval\n");
+    EXPECT_NE(output.find("rule           two knights cannot mate\n"), std::string::npos) << output;
+    EXPECT_EQ(lastTotal(output), "total 0");
+}
+
+TEST(EvalCommand, BitbaseKeysAtStartUp) {
+    const std::string library = std::string(KELVRA_TEST_EGBB_DIR) + "/kpk";
+    std::string output = run("egbb.dir=" + library + "\n", "q\n");
+    EXPECT_NE(output.find("egbb.3men=1\negbb.4men=0\negbb.5men=0\nEGBB: loaded, maxmen=3, ram=16\n"),
+              std::string::npos)
+        << output;
+    output = run("egbb.dir=" + library + "\negbb.cachemb=48\n", "q\n");
+    EXPECT_NE(output.find("EGBB: loaded, maxmen=3, ram=48\n"), std::string::npos) << output;
+
+    // Without the library: the one message, and the engine goes on as before.
+    output = run("egbb.dir=/nonexistent/egbb\negbb.cachemb=48\n", "eval\n");
+    EXPECT_NE(output.find("egbb dll not found: /nonexistent/egbb/egbbso64.so\n"), std::string::npos) << output;
+    EXPECT_EQ(output.find("EGBB"), std::string::npos) << output;
+    EXPECT_EQ(output.find("egbb."), std::string::npos) << output;
+    EXPECT_EQ(lastTotal(output), "total 4");
+}
