@@ -36,7 +36,8 @@ public:
     ~UciSession() {
         // A sanitizer report lands in the error log once "uci" has redirected the error stream.
         std::string errors = readFile(directory + "/kelvra-0.3a-error.log");
-        if (testing::Test::HasFailure() && !errors.empty()) ADD_FAILURE() << "error log:\n" << errors;
+        if (errors.find("Sanitizer") != std::string::npos || (testing::Test::HasFailure() && !errors.empty()))
+            ADD_FAILURE() << "error log:\n" << errors;
     }
 
     size_t mark() const { return engine.output().size(); }
