@@ -38,7 +38,10 @@ inline bool sanitized() { return std::getenv("KELVRA_SANITIZED") != nullptr; }
 // A board set from a FEN that the test expects to be accepted.
 inline Board boardFrom(const char* fen) {
     Board board;
-    if (!board.setFen(fen)) std::abort();
+    if (!board.setFen(fen)) {
+        fprintf(stderr, "FEN refused: %s\n", fen);
+        std::abort();
+    }
     return board;
 }
 

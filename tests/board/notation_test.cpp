@@ -1,0 +1,131 @@
+#include <gtest/gtest.h>
+
+#include "board/makemove.h"
+#include "board/movegen.h"
+#include "board/notation.h"
+#include "positions.h"
+
+namespace {
+
+std::string textOf(const Board& board, Move move) {
+    char text[MOVE_TEXT_SIZE];
+    moveToText(board, text, move);
+    return text;
+}
+
+// isMove's result and what it printed.
+std::pair<Move, std::string> read(Board& board, const char* text) {
+    testing::internal::CaptureStdout();
+    const Move move = isMove(board, text);
+    fflush(stdout);
+    return {move, testing::internal::GetCapturedStdout()};
+}
+
+TEST(MoveText, EveryFormTheBoardWrites) {
+    Board board = boardFrom("3r3k/4P3/8/8/4N3/8/8/R3K3 w Q -");
+    EXPECT_EQ(textOf(board, NO_MOVE), "%");
+    EXPECT_EQ(textOf(board, makeMoveWord(0x04, 0x06, 0, MOVE_CASTLING)), "o-o");
+    EXPECT_EQ(textOf(board, makeMoveWord(0x04, 0x02, 0, MOVE_CASTLING)), "o-o-o");
+    EXPECT_EQ(textOf(board, makeMoveWord(0x34, 0x53)), "Ne4d6");
+    EXPECT_EQ(textOf(board, makeMoveWord(0x64, 0x73, board.at(0x73), promotionFlag(QUEEN) | MOVE_CHECK)), "e7xd8=Q+");
+    // After the move the piece is found on its new square; a promotion stays a pawn move.
+    const Move promotion = makeMove(board, makeMoveWord(0x64, 0x73, board.at(0x73), promotionFlag(QUEEN)));
+    EXPECT_EQ(textOf(board, promotion), "e7xd8=Q+");
+    // A knight that checks and uncovers the rook behind it.
+    board = boardFrom("4k3/8/8/8/4N3/8/8/4R1K1 w - -");
+    const Move doubleCheck = makeMove(board, makeMoveWord(0x34, 0x53));
+    EXPECT_EQ(doubleCheck & MOVE_CHECKS, MOVE_CHECKS);
+    EXPECT_EQ(textOf(board, doubleCheck), "Ne4d6++");
+}
+
+TEST(IsMove, CastlingInEveryAcceptedForm) {
+    Board board = boardFrom("r3k2r/8/8/8/8/8/8/R3K2R w KQkq -");
+    const Move shortCastle = makeMoveWord(0x04, 0x06, 0, MOVE_CASTLING);
+    for (const char* text : {"e1g1", "O-O", "o-o", "O-O+"}) EXPECT_EQ(read(board, text).first, shortCastle) << text;
+    for (const char* text : {"e1c1", "O-O-O", "o-o-o"})
+        EXPECT_EQ(read(board, text).first, makeMoveWord(0x04, 0x02, 0, MOVE_CASTLING)) << text;
+    EXPECT_EQ(read(board, "0-0"), std::make_pair(NO_MOVE, std::string("illegal char in move 0-0: 0\n")));
+    EXPECT_EQ(read(board, "O-O-O-O").first, NO_MOVE);
+    EXPECT_TRUE(board.check("castling"));
+    EXPECT_EQ(fenOf(board), "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 0");
+}
+
+TEST(IsMove, PromotionLetters) {
+    Board board = boardFrom("7k/1P2P3/2n5/1P6/4B3/8/8/7K w - -");
+    auto promotionTo = [&](const char* text) { return promotionKind(read(board, text).first); };
+    EXPECT_EQ(promotionTo("e8"), QUEEN);  // no letter means a queen
+    EXPECT_EQ(promotionTo("e7e8q"), QUEEN);
+    EXPECT_EQ(promotionTo("e8n"), KNIGHT);
+    EXPECT_EQ(promotionTo("e8=N"), KNIGHT);
+    EXPECT_EQ(promotionTo("e7e8r"), ROOK);
+    EXPECT_EQ(promotionTo("b7b8b"), BISHOP);
+    EXPECT_EQ(promotionTo("b8=B"), BISHOP);
+    // b is a file, not a bishop, in bxc6; B is the bishop.
+    EXPECT_EQ(read(board, "bxc6").first, makeMoveWord(0x41, 0x52, board.at(0x52)));
+    EXPECT_EQ(moveFrom(read(board, "Bxc6").first), 0x34);
+    EXPECT_EQ(read(board, "e4").first, NO_MOVE);   // a promotion letter on a move that cannot promote
+    EXPECT_EQ(read(board, "e6q").first, NO_MOVE);
+}
+
+TEST(IsMove, PiecesFilesAndAmbiguity) {
+    Board board = boardFrom(START_FEN);
+    for (const char* text : {"d2d4", "e7e5", "g1f3", "d7d5"}) board.lastMove = makeMove(board, isMove(board, text));
+    // The candidates come in the order of the piece lists: b1's knight was set up first.
+    EXPECT_EQ(read(board, "Nd2"), std::make_pair(NO_MOVE, std::string("ambiguous move: Nb1d2 _and_ Nf3d2\n")));
+    EXPECT_EQ(moveFrom(read(board, "Nbd2").first), 0x01);
+    EXPECT_EQ(moveFrom(read(board, "N3d2").first), 0x25);
+    EXPECT_EQ(moveFrom(read(board, "Nf3-d2").first), 0x25);
+    const Move capture = makeMoveWord(0x33, 0x44, board.at(0x44));
+    for (const char* text : {"dxe5", "de", "de5", "d4e5", "d4xe5", "Pxe5", "dxe5!?"})
+        EXPECT_EQ(read(board, text).first, capture) << text;
+    EXPECT_EQ(read(board, "%").first, NO_MOVE);
+    EXPECT_EQ(read(board, "ke2"), std::make_pair(NO_MOVE, std::string("illegal char in move ke2: k\n")));
+    EXPECT_EQ(read(board, "Kd2").first, makeMoveWord(0x04, 0x13));
+    for (const char* text : {"", "N", "e", "Nd", "Qe2e3", "e4e5e6", "d5"}) EXPECT_EQ(read(board, text).first, NO_MOVE) << text;
+}
+
+TEST(IsMove, IllegalMovesYieldNothingSilently) {
+    Board board = boardFrom("4k3/4r3/8/8/8/8/4N3/4K3 w - -");
+    EXPECT_EQ(read(board, "Nc3"), std::make_pair(NO_MOVE, std::string()));
+    EXPECT_EQ(read(board, "Ke1d1").first, makeMoveWord(0x04, 0x03));
+    // In check only the answers are candidates.
+    board = boardFrom("4k3/8/8/8/8/3n4/8/R3K3 w Q -");
+    EXPECT_EQ(read(board, "O-O-O").first, NO_MOVE);
+    EXPECT_EQ(read(board, "Ra2").first, NO_MOVE);
+    EXPECT_EQ(read(board, "Ke2").first, makeMoveWord(0x04, 0x14));
+    // En passant, with its check bits as makeMove gives them.
+    board = boardFrom("8/8/8/2k5/3pP3/8/8/4K3 b - e3");
+    EXPECT_EQ(read(board, "dxe3").first, makeMoveWord(0x33, 0x24, board.at(0x34), MOVE_EN_PASSANT));
+}
+
+// The console's self-check, over whole trees: each legal move's text reads back as the same move.
+TEST(IsMove, ReadsBackEveryTextTheBoardWrites) {
+    for (const PerftCase& c : loadPerftCases()) {
+        Board board = boardFrom(c.fen.c_str());
+        MoveList list;
+        Move* end = board.inCheck() ? generateEvasions(board, list) : generateMoves(board, list);
+        const SavedState saved = saveState(board);
+        for (Move* move = list; move != end; ++move) {
+            const Move made = makeMove(board, *move);
+            if (!made) continue;
+            takeBack(board, *move, saved);
+            EXPECT_EQ(isMove(board, textOf(board, made).c_str()), made) << textOf(board, made) << " in " << c.fen;
+            // One ply further, from the opponent's side.
+            makeMove(board, *move);
+            board.lastMove = made;
+            MoveList replies;
+            Move* repliesEnd = board.inCheck() ? generateEvasions(board, replies) : generateMoves(board, replies);
+            const SavedState inner = saveState(board);
+            for (Move* reply = replies; reply != repliesEnd; ++reply) {
+                const Move answer = makeMove(board, *reply);
+                if (!answer) continue;
+                takeBack(board, *reply, inner);
+                EXPECT_EQ(isMove(board, textOf(board, answer).c_str()), answer) << textOf(board, answer);
+            }
+            board.lastMove = NO_MOVE;
+            takeBack(board, *move, saved);
+        }
+    }
+}
+
+}  // namespace
