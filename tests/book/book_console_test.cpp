@@ -23,10 +23,6 @@ std::string runEngine(const ScratchDir& dir, const std::string& lines, const std
     return readText(dir.file("output.txt"));
 }
 
-bool contains(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-}
-
 TEST(BookConsole, UsageAndNoBook) {
     ScratchDir dir;
     const std::string out = runEngine(dir, "book\nbuildbook\nmergebook a.bbk b.bbk\nq\n");
