@@ -1,0 +1,124 @@
+// The harness commands at the console, through the engine binary: runs, result files in the working
+// directory, comparisons, the colour-flip check and the self tests, and their answers to bad arguments.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "engine_process.h"
+
+namespace {
+
+const std::string SUITES = std::string(KELVRA_DATA_DIR) + "/suites/";
+
+// The output after the first prompt of a session in directory.
+std::string session(const std::string& input, const std::string& directory) {
+    EngineRun run = runEngine({}, "set threads 1\n" + input, directory);
+    EXPECT_EQ(run.exitCode, 0);
+    const size_t prompt = run.output.find("% ");
+    return prompt == std::string::npos ? run.output : run.output.substr(prompt);
+}
+
+std::string fileText(const std::string& path) {
+    std::ifstream in(path);
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+bool has(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
+
+TEST(HarnessCommands, BadArgumentsGetAMessage) {
+    const std::string directory = scratchDirectory("harness_args");
+    const std::string out = session(
+        "epd\nepd /no/such/suite.epd\nepd /no/such/suite.epd 0\nepd /no/such/suite.epd -3\n"
+        "epd two words.epd\ntsrcompare\ntsrcompare a.tsr\ntsrcompare a.tsr b.tsr\nvflip\nvflip "
+        "/no/such.epd\n",
+        directory);
+    EXPECT_EQ(out,
+              "% % Usage:\n    epd <file> [seconds]\n"
+              "% epd: cannot open /no/such/suite.epd\n"
+              "% illegal arg: /no/such/suite.epd 0\n"
+              "% illegal arg: /no/such/suite.epd -3\n"
+              "% epd: cannot open two words.epd\n"
+              "% Usage:\n    tsrcompare <a.tsr> <b.tsr>\n"
+              "% Usage:\n    tsrcompare <a.tsr> <b.tsr>\n"
+              "% tsrcompare: cannot open a.tsr\n"
+              "% Usage:\n    vflip <file>\n"
+              "% vflip: cannot open /no/such.epd\n"
+              "% ");
+}
+
+TEST(HarnessCommands, RunWritesItsResultFileAndCompares) {
+    const std::string directory = scratchDirectory("harness_run");
+    // Two positions and one damaged line, in a file named after a suite: the suite is known, but the
+    // file does not hold its positions, so there is no estimate.
+    const std::string epd = writeFile(directory, "bt2450.epd",
+                                      "4k3/8/8/3q4/8/8/3Q4/4K3 w - - bm Qxd5; id \"queen\";\n"
+                                      "6k1/5ppp/8/8/8/8/8/R5K1 w - - am Ra8#; id \"no mate\";\n"
+                                      "4k3/8/8/8/8/8/8/4K3 w - - bm Kd9; id \"broken\";\n");
+    std::filesystem::create_directory(directory + "/work");
+    const std::string out = session("epd " + epd + " 0.05\n", directory + "/work");
+    EXPECT_TRUE(has(out, "% epd " + epd + ": 3 positions, 0.05 s each, suite BT2450\n")) << out;
+    EXPECT_TRUE(has(out, "\n  1 queen            solved ")) << out;
+    EXPECT_TRUE(has(out, "Qd2xd5     bm Qxd5")) << out;
+    EXPECT_TRUE(has(out, "\n  2 no mate          -  ")) << out;
+    EXPECT_TRUE(has(out, "\n  3 broken           error: line 3: not a legal move in bm: Kd9\n")) << out;
+    EXPECT_TRUE(has(out, "\nsolved 1 of 3, solution time ")) << out;
+    EXPECT_TRUE(
+        has(out, ", 1 position in error\nBT2450: no Elo estimate: the suite has 30 positions, the file 3\n"))
+        << out;
+    EXPECT_TRUE(has(out, "results written to bt2450.tsr\n")) << out;
+
+    const std::string tsr = fileText(directory + "/work/bt2450.tsr");
+    EXPECT_TRUE(has(tsr, "file " + epd + "\nseconds 0.05\n1 solved ")) << tsr;
+    EXPECT_TRUE(has(tsr, " Qd2xd5 queen\n2 unsolved ")) << tsr;
+    EXPECT_TRUE(has(tsr, "\n3 error 0 0 - broken\n")) << tsr;
+
+    std::ofstream(directory + "/work/other.tsr") << "1 unsolved 50 9 Kd1 queen\n2 solved 7 9 Ra1b1 no mate\n";
+    const std::string compared = session("tsrcompare bt2450.tsr other.tsr\n", directory + "/work");
+    EXPECT_TRUE(has(compared, "a: bt2450.tsr, 1 of 3 solved\nb: other.tsr, 1 of 2 solved\n")) << compared;
+    EXPECT_TRUE(has(compared, "solved only by a\n")) << compared;
+    EXPECT_TRUE(has(compared, "solved only by b\n")) << compared;
+    EXPECT_TRUE(has(compared, "only by a 1, only by b 1, by neither 0, in one file only 1\n")) << compared;
+}
+
+TEST(HarnessCommands, SuiteRunPrintsItsEstimate) {
+    const std::string directory = scratchDirectory("harness_suite");
+    const std::string out = session("epd " + SUITES + "bs2830.epd 0.01\n", directory);
+    EXPECT_TRUE(has(out, ": 27 positions, 0.01 s each, suite BS2830\n")) << out;
+    EXPECT_TRUE(has(out, "\nBS2830: Elo ")) << out;
+    EXPECT_TRUE(
+        has(out, "its primary source is unknown)\nnote: run at 0.01 s per position; the rule assumes 900 s"))
+        << out;
+    EXPECT_TRUE(std::filesystem::exists(directory + "/bs2830.tsr"));
+}
+
+TEST(HarnessCommands, SuitesWithoutARuleGetNoFigure) {
+    const std::string directory = scratchDirectory("harness_norule");
+    const std::string epd = writeFile(directory, "GS2930.epd", "4k3/8/8/3q4/8/8/3Q4/4K3 w - - bm Qxd5;\n");
+    const std::string out = session("epd " + epd + " 0.02\n", directory);
+    EXPECT_TRUE(has(out, "solved 1 of 1")) << out;
+    EXPECT_TRUE(
+        has(out, "\nGS2930: no published scoring rule is available for this suite, so no Elo estimate\n"))
+        << out;
+    EXPECT_FALSE(has(out, ": Elo ")) << out;
+}
+
+TEST(HarnessCommands, VflipAndSelftest) {
+    const std::string directory = scratchDirectory("harness_checks");
+    const std::string out = session("vflip " + SUITES + "lct2.epd\nselftest\n", directory);
+    EXPECT_TRUE(has(out, "% vflip: 35 positions, 0 not equal\n")) << out;
+    EXPECT_FALSE(has(out, "VFLIP EVAL NOT EQUAL")) << out;
+    EXPECT_TRUE(has(out, "% selftest threads: pass (")) << out;
+    EXPECT_TRUE(has(out, "\nselftest strings: pass (")) << out;
+    // The timers depend on the machine's load; only their line is required here.
+    EXPECT_TRUE(has(out, "\nselftest timers: ")) << out;
+    EXPECT_TRUE(has(out, "\nselftest: ")) << out;
+}
+
+}  // namespace
