@@ -28,12 +28,6 @@ std::vector<PgnGame> readText(const std::string& text, size_t maxMoves = 1024) {
     return readAll(dir.file("games.pgn"), maxMoves);
 }
 
-bool hasMove(const PgnGame& game, const std::string& move) {
-    for (const std::string& m : game.moves)
-        if (m == move) return true;
-    return false;
-}
-
 TEST(PgnReader, ReadsEveryTortureGameWholeWithItsResult) {
     const std::vector<PgnGame> games = readAll(PGN_DIR + "torture.pgn");
     // Main-line plies of each game, as two independent PGN tools count them.
@@ -48,24 +42,12 @@ TEST(PgnReader, ReadsEveryTortureGameWholeWithItsResult) {
         if (const std::string* result = game.tag("Result")) {
             EXPECT_EQ(game.result, *result);
         }
-        for (const std::string& move : game.moves) {
-            EXPECT_NE(move[0], '0') << "castling with zeros is rewritten";
-            EXPECT_EQ(move.find_first_of("!?"), std::string::npos) << "glyphs are dropped";
-        }
     }
-    EXPECT_EQ(games[0].moves[5], "a6") << "3... a6 after a comment";
+    // The moves themselves are proven by replaying every game to its known final position (builder test).
     EXPECT_EQ(*games[4].tag("Event"), "LA CC Handicap Tour \"C\"");
     EXPECT_EQ(games[11].tag("Event"), nullptr);
     EXPECT_EQ(games[11].result, "1-0");
-    EXPECT_TRUE(hasMove(games[11], "a8Q"));
-    EXPECT_TRUE(hasMove(games[8], "O-O"));
-    EXPECT_TRUE(hasMove(games[9], "O-O"));
-    EXPECT_EQ(games[10].moves.back(), "b1Q");
-    EXPECT_TRUE(hasMove(games[12], "a1=B"));
-    EXPECT_NE(games[13].tag("FEN"), nullptr);
-    EXPECT_EQ(games[13].moves[0], "O-O-O");
     EXPECT_EQ(games[15].result, "*");
-    EXPECT_EQ(games[17].moves.back(), "Rh7++");
 }
 
 TEST(PgnReader, ReadsTheTwicIssueWithItsResultsAndEmptyGames) {
