@@ -80,8 +80,8 @@ TEST(Console, LineSplittingRules) {
     // Leading blanks go; a tab also ends the command word.
     EXPECT_EQ(session("   set   book 0\nset\tthreads\t1\nset\n"), "% % % " + options(0, 0, 1, 1) + "% ");
     // Only the command word is reported for an unknown line.
-    EXPECT_EQ(session("xboard\nfoo\tbar baz\n   e2e4 e7e5\n"),
-              "% no such command: xboard\n% no such command: foo\n% no such command: e2e4\n% ");
+    EXPECT_EQ(session("xboard\nfoo\tbar baz\n   foo e2e4\n"),
+              "% no such command: xboard\n% no such command: foo\n% no such command: foo\n% ");
     // Blank-only lines and lines starting with a tab have an empty command word and do nothing.
     EXPECT_EQ(session("    \n\tset\n"), "% % % ");
 }

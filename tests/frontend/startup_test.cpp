@@ -10,6 +10,11 @@ namespace {
 
 const std::string banner = "\nKelvra-0.3a\nthe Kelvra developers\n\n";
 
+testing::AssertionResult startsWith(const std::string& text, const std::string& prefix) {
+    if (text.rfind(prefix, 0) == 0) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "\"" << text << "\" does not start with \"" << prefix << "\"";
+}
+
 // The start-up text up to the first prompt.
 std::string startup(const std::string& directory, const std::vector<std::string>& args = {},
                     const std::string& input = "", int expectedExit = 0) {
@@ -25,13 +30,14 @@ TEST(Startup, MoreThanOneArgumentPrintsUsageAndFails) {
 
 TEST(Startup, DefaultAndNamedIniFiles) {
     std::string directory = scratchDirectory("names");
-    std::string fallback = startup(directory);
-    EXPECT_EQ(fallback.rfind(banner + "inifile=kelvra.ini\ncould not load inifile: kelvra.ini\n", 0), 0u)
-        << fallback;
+    EXPECT_TRUE(
+        startsWith(startup(directory), banner + "inifile=kelvra.ini\ncould not load inifile: kelvra.ini\n"));
     writeFile(directory, "kelvra.ini", "search.nthreads=1\n");
-    EXPECT_EQ(startup(directory), banner + "inifile=kelvra.ini\n");
+    std::string found = startup(directory);
+    EXPECT_TRUE(startsWith(found, banner + "inifile=kelvra.ini\n"));
+    EXPECT_EQ(found.find("could not"), std::string::npos) << found;
     writeFile(directory, "other.ini", "search.nthreads=1\n");
-    EXPECT_EQ(startup(directory, {"other.ini"}), banner + "inifile=other.ini\n");
+    EXPECT_TRUE(startsWith(startup(directory, {"other.ini"}), banner + "inifile=other.ini\n"));
     // A missing file, a directory and an empty name: a message, then the defaults.
     for (const std::string& bad : {std::string("missing.ini"), directory, std::string()}) {
         std::string text = startup(directory, {bad});
