@@ -1,0 +1,131 @@
+#include <gtest/gtest.h>
+
+#include "board/makemove.h"
+#include "board/movegen.h"
+#include "board/notation.h"
+#include "board/tables.h"
+#include "positions.h"
+
+namespace {
+
+// Plays moves given as text; each must be legal.
+void play(Board& board, std::initializer_list<const char*> moves) {
+    for (const char* text : moves) {
+        const Move move = isMove(board, text);
+        ASSERT_NE(move, NO_MOVE) << text;
+        board.lastMove = makeMove(board, move);
+        ASSERT_NE(board.lastMove, NO_MOVE) << text;
+    }
+}
+
+TEST(MakeMove, EnPassantSquareOnlyWithACapturerBeside) {
+    Board board = boardFrom("4k3/8/8/8/8/8/4P3/4K3 w - -");
+    play(board, {"e2e4"});
+    EXPECT_EQ(board.epSquare, 0u);
+    EXPECT_EQ(board.hash, boardFrom("4k3/8/8/8/4P3/8/8/4K3 b - -").hash);
+
+    board = boardFrom("4k3/8/8/8/3p4/8/4P3/4K3 w - -");
+    play(board, {"e2e4"});
+    EXPECT_EQ(board.epSquare, 0x24u);
+    EXPECT_EQ(board.hash, boardFrom("4k3/8/8/8/3pP3/8/8/4K3 b - e3").hash);
+    play(board, {"dxe3"});
+    EXPECT_EQ(board.hash, boardFrom("4k3/8/8/8/8/4p3/8/4K3 w - -").hash);
+    EXPECT_EQ(pawnCount(board.material[WHITE]), 0);
+    EXPECT_EQ(board.ply - board.lastIrreversible, 0u);
+}
+
+TEST(MakeMove, CastlingRightsFollowKingsAndRooks) {
+    // Taking the rook on h8 drops Black's short right, moving the h1 rook White's.
+    Board board = boardFrom("r3k2r/8/8/8/8/8/8/R3K2R w KQkq -");
+    play(board, {"Rxh8+"});
+    EXPECT_EQ(board.castling, WHITE_LONG | BLACK_LONG);
+    EXPECT_EQ(board.hash, boardFrom("r3k2R/8/8/8/8/8/8/R3K3 b Qq -").hash);
+
+    // The key depends on the position only, whatever order the rights went in.
+    Board first = boardFrom("r3k2r/8/8/8/8/8/8/R3K2R w KQkq -");
+    Board second = first;
+    play(first, {"h1h2", "h8h7", "a1a2", "a8a7"});
+    play(second, {"a1a2", "a8a7", "h1h2", "h8h7"});
+    EXPECT_EQ(first.hash, second.hash);
+    EXPECT_EQ(first.hash, boardFrom("4k3/r6r/8/8/8/8/R6R/4K3 w - -").hash);
+
+    // Castling moves the rook from its corner and gives check along its file.
+    board = boardFrom("5k2/8/8/8/8/8/8/R3K2R w KQ -");
+    play(board, {"O-O"});
+    EXPECT_EQ(board.lastMove, makeMoveWord(0x04, 0x06, 0, MOVE_CASTLING | MOVE_CHECK));
+    EXPECT_EQ(fenOf(board), "5k2/8/8/8/8/8/8/R4RK1 b - - 1 1");
+}
+
+TEST(MakeMove, TakeBackRestoresEveryKindOfMove) {
+    const char* positions[] = {"r3k2r/1P6/8/3pP3/8/8/8/R3K2R w KQkq d6", "4k3/8/8/8/8/8/1p6/R3K3 b Q -"};
+    for (const char* fen : positions) {
+        Board board = boardFrom(fen);
+        const std::string before = fenOf(board);
+        MoveList list;
+        const SavedState saved = saveState(board);
+        for (Move* move = list, *end = generateMoves(board, list); move != end; ++move) {
+            if (!makeMove(board, *move)) continue;
+            EXPECT_TRUE(board.check("made"));
+            takeBack(board, *move, saved);
+            EXPECT_TRUE(board.check("taken back"));
+            EXPECT_EQ(fenOf(board), before);
+            EXPECT_EQ(board.promotionCount, 0u);
+        }
+    }
+}
+
+TEST(MakeMove, PromotionsAndHistoryStayWithinTheirTables) {
+    // Nine queens fill the queen slots: a tenth is refused, a knight is still possible.
+    Board board = boardFrom("Q1QQQQQQ/QP5Q/8/8/8/8/pp6/kb2K3 w - -");
+    EXPECT_EQ(makeMove(board, makeMoveWord(0x61, 0x71, 0, promotionFlag(QUEEN))), NO_MOVE);
+    EXPECT_EQ(board.ply, 0u);
+    const SavedState saved = saveState(board);
+    const Move knight = makeMoveWord(0x61, 0x71, 0, promotionFlag(KNIGHT));
+    ASSERT_NE(makeMove(board, knight), NO_MOVE);
+    EXPECT_EQ(board.promotionCount, 1u);
+    takeBack(board, knight, saved);
+    EXPECT_TRUE(board.check("knight promotion"));
+
+    // A full promotion stack refuses further promotions.
+    board.promotionCount = PROMOTION_STACK_SIZE;
+    EXPECT_EQ(makeMove(board, knight), NO_MOVE);
+
+    // The history ends at its bound.
+    board = boardFrom("4k3/8/8/8/8/8/8/4K3 w - -");
+    board.ply = MAX_PLY_HISTORY - 1;
+    board.lastIrreversible = static_cast<uint16_t>(board.ply);
+    ASSERT_NE(makeMove(board, makeMoveWord(0x04, 0x14)), NO_MOVE);
+    EXPECT_EQ(makeMove(board, makeMoveWord(0x74, 0x64)), NO_MOVE);
+    EXPECT_FALSE(makeNullMove(board));
+    EXPECT_EQ(board.ply, static_cast<uint32_t>(MAX_PLY_HISTORY));
+}
+
+TEST(MakeMove, NullMovePassesAndClearsTheEnPassantSquare) {
+    Board board = boardFrom("4k3/8/8/8/3pP3/8/8/4K3 b - e3");
+    const Board before = board;
+    const SavedState saved = saveState(board);
+    ASSERT_TRUE(makeNullMove(board));
+    EXPECT_EQ(board.sideToMove, static_cast<uint32_t>(WHITE));
+    EXPECT_EQ(board.epSquare, 0u);
+    EXPECT_EQ(board.hash, before.hash ^ epKey(0x24));
+    EXPECT_EQ(board.moves[0], NO_MOVE);
+    takeBackNullMove(board, saved);
+    EXPECT_EQ(fenOf(board), fenOf(before));
+    EXPECT_EQ(board.hash, before.hash);
+    EXPECT_EQ(board.ply, 0u);
+}
+
+TEST(MakeMove, CompactingTheListsKeepsThePosition) {
+    Board board = boardFrom(START_FEN);
+    play(board, {"e4", "d5", "exd5", "Qxd5", "Nc3", "Qxa2", "Rxa2"});
+    const std::string fen = fenOf(board);
+    const uint64_t hash = board.hash;
+    board.compactPieceLists();
+    EXPECT_TRUE(board.check("compacted"));
+    EXPECT_EQ(fenOf(board), fen);
+    EXPECT_EQ(board.hash, hash);
+    EXPECT_EQ(board.pieceSquare[BLACK_BASE + QUEEN_SLOT], NO_SQUARE);  // the captured queen's entry is gone
+    EXPECT_EQ(board.pieceSquare[WHITE_BASE + PAWN_SLOT + 7], NO_SQUARE);
+}
+
+}  // namespace
