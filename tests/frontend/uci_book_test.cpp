@@ -41,7 +41,8 @@ std::string writeBook(const std::string& directory) {
         {keyAfter(""), square('e', '2'), square('e', '4'), 10, 5, 2},
         {keyAfter("e2e4 e7e5 g1f3 b8c6"), square('f', '1'), square('b', '5'), 7, 7, 3},
     };
-    std::sort(entries.begin(), entries.end(), [](const BookEntry& a, const BookEntry& b) { return a.key < b.key; });
+    std::sort(entries.begin(), entries.end(),
+              [](const BookEntry& a, const BookEntry& b) { return a.key < b.key; });
     std::string path = directory + "/test.bbk";
     testing::internal::CaptureStdout();
     EXPECT_TRUE(Book::save(path.c_str(), entries));
@@ -68,7 +69,13 @@ TEST(UciBook, ConsultedUntilTheFirstSearchOutOfBookAndAgainInANewGame) {
     out = session.exchange(ruyLopez + "go depth 2\n", "bestmove ");
     EXPECT_TRUE(searched(out)) << out;
 
-    out = session.exchange("ucinewgame\n" + ruyLopez + "go depth 2\n", "bestmove ");
+    // Pondering never answers early, not even from the book.
+    out = session.settle("ucinewgame\n" + ruyLopez + "go ponder\n");
+    EXPECT_EQ(out.find("bestmove"), std::string::npos) << out;
+    out = session.exchange("stop\n", "bestmove ");
+    EXPECT_EQ(countOf(out, "bestmove "), 1u) << out;
+
+    out = session.exchange(ruyLopez + "go depth 2\n", "bestmove ");
     EXPECT_EQ(out, "bestmove f1b5\n");
 
     // A new game without "ucinewgame": its moves never pass the position that left the book.
