@@ -56,15 +56,22 @@ void run(benchmark::State& state, size_t count, bool cache) {
     benchmark::DoNotOptimize(sum);
     state.SetItemsProcessed(state.iterations() * static_cast<int64_t>(count));
     state.counters["positions"] = static_cast<double>(count);
-    state.counters["cache hits %"] = 100.0 * static_cast<double>(context->cacheHits) / static_cast<double>(context->nodes);
+    state.counters["cache hits %"] =
+        100.0 * static_cast<double>(context->cacheHits) / static_cast<double>(context->nodes);
 }
 
 // Every call a full evaluation (the pawn table warm after the first round).
-void uncached(benchmark::State& state) { run(state, SIZE_MAX, false); }
+void uncached(benchmark::State& state) {
+    run(state, SIZE_MAX, false);
+}
 // The large set through the cache: most calls miss and overwrite.
-void cacheCold(benchmark::State& state) { run(state, SIZE_MAX, true); }
+void cacheCold(benchmark::State& state) {
+    run(state, SIZE_MAX, true);
+}
 // The small set through the cache: after the first round nearly every call hits.
-void cacheWarm(benchmark::State& state) { run(state, 256, true); }
+void cacheWarm(benchmark::State& state) {
+    run(state, 256, true);
+}
 
 BENCHMARK(uncached)->Unit(benchmark::kMillisecond);
 BENCHMARK(cacheCold)->Unit(benchmark::kMillisecond);

@@ -20,7 +20,9 @@ constexpr int MAX_CACHE_MB = 2047;
 constexpr int LOAD_OPTIONS = 1;
 
 // The library numbers squares 0..63 (a1 = 0, file + 8 * rank).
-constexpr int librarySquare(int square) { return fileOf(square) + 8 * rankOf(square); }
+constexpr int librarySquare(int square) {
+    return fileOf(square) + 8 * rankOf(square);
+}
 
 // Library piece codes by kind; Black's add 6.
 constexpr int LIBRARY_QUEEN = 2;
@@ -32,6 +34,7 @@ constexpr int LIBRARY_BLACK = 6;
 
 // Bonus (values <= 0, subtracted) for the losing king's square: the edge in general, the corners of
 // the bishop's colour with bishop and knight.
+// clang-format off
 constexpr int EDGE[8][8] = {
     {-75, -70, -65, -60, -60, -65, -70, -75},
     {-70, -40, -35, -30, -30, -35, -40, -70},
@@ -42,10 +45,17 @@ constexpr int EDGE[8][8] = {
     {-70, -40, -35, -30, -30, -35, -40, -70},
     {-75, -70, -65, -60, -60, -65, -70, -75},
 };
-int cornerDark(int square) { return -10 * std::abs(fileOf(square) + rankOf(square) - 7); }
-int cornerLight(int square) { return -10 * std::abs(fileOf(square) - rankOf(square)); }
+// clang-format on
+int cornerDark(int square) {
+    return -10 * std::abs(fileOf(square) + rankOf(square) - 7);
+}
+int cornerLight(int square) {
+    return -10 * std::abs(fileOf(square) - rankOf(square));
+}
 
-bool endsInSeparator(const std::string& text) { return !text.empty() && (text.back() == '/' || text.back() == '\\'); }
+bool endsInSeparator(const std::string& text) {
+    return !text.empty() && (text.back() == '/' || text.back() == '\\');
+}
 
 }  // namespace
 
@@ -88,9 +98,10 @@ bool EGBB::init(int cacheMb) {
     // White to move, kings a1 and h8: one, two and three more men.
     const int a1 = 0, h8 = 63, a3 = 16, b3 = 17, h7 = 55;
     const bool three = probeEntry(WHITE, a1, h8, LIBRARY_PAWN, a3, 0, 0, 0, 0) != EGBB_NOT_AVAILABLE;
-    const bool four = probeEntry(WHITE, a1, h8, LIBRARY_PAWN, a3, LIBRARY_PAWN, b3, 0, 0) != EGBB_NOT_AVAILABLE;
-    const bool five = probeEntry(WHITE, a1, h8, LIBRARY_PAWN, a3, LIBRARY_PAWN, b3, LIBRARY_PAWN + LIBRARY_BLACK, h7) !=
-                      EGBB_NOT_AVAILABLE;
+    const bool four =
+        probeEntry(WHITE, a1, h8, LIBRARY_PAWN, a3, LIBRARY_PAWN, b3, 0, 0) != EGBB_NOT_AVAILABLE;
+    const bool five = probeEntry(WHITE, a1, h8, LIBRARY_PAWN, a3, LIBRARY_PAWN, b3,
+                                 LIBRARY_PAWN + LIBRARY_BLACK, h7) != EGBB_NOT_AVAILABLE;
     std::printf("egbb.3men=%i\n", three ? 1 : 0);
     std::printf("egbb.4men=%i\n", four ? 1 : 0);
     std::printf("egbb.5men=%i\n", five ? 1 : 0);
@@ -112,10 +123,10 @@ bool EGBB::probe(const Board& board, int& score) const {
     // Step 3. Queens, rooks, bishops, knights, pawns; White before Black within each kind.
     int pieces[3] = {0, 0, 0}, squares[3] = {0, 0, 0}, n = 0;
     const std::pair<int, int> kinds[5] = {{QUEEN_SLOT, LIBRARY_QUEEN},
-                                         {ROOK_SLOT, LIBRARY_ROOK},
-                                         {BISHOP_SLOT, LIBRARY_BISHOP},
-                                         {KNIGHT_SLOT, LIBRARY_KNIGHT},
-                                         {PAWN_SLOT, LIBRARY_PAWN}};
+                                          {ROOK_SLOT, LIBRARY_ROOK},
+                                          {BISHOP_SLOT, LIBRARY_BISHOP},
+                                          {KNIGHT_SLOT, LIBRARY_KNIGHT},
+                                          {PAWN_SLOT, LIBRARY_PAWN}};
     for (const auto& [slot, code] : kinds)
         for (int colour = WHITE; colour <= BLACK; ++colour)
             forEachPiece(board, colour, slot, [&](int square) {
@@ -124,8 +135,9 @@ bool EGBB::probe(const Board& board, int& score) const {
                 squares[n++] = librarySquare(square);
             });
     const int stm = static_cast<int>(board.sideToMove);
-    const int answer = probeEntry(stm, librarySquare(board.kingSquare(WHITE)), librarySquare(board.kingSquare(BLACK)),
-                                  pieces[0], squares[0], pieces[1], squares[1], pieces[2], squares[2]);
+    const int answer =
+        probeEntry(stm, librarySquare(board.kingSquare(WHITE)), librarySquare(board.kingSquare(BLACK)),
+                   pieces[0], squares[0], pieces[1], squares[1], pieces[2], squares[2]);
 
     // Step 4. A win becomes a score that still shows progress; with pawns the library's own stands.
     if (answer == EGBB_NOT_AVAILABLE) return false;
@@ -145,7 +157,8 @@ int winScore(const Board& board, int winner) {
     const int loser = winner ^ 1;
     const uint32_t won = board.material[winner], lost = board.material[loser];
     if (pawnCount(won) || pawnCount(lost)) return 0;
-    int value = 100 * static_cast<int>(won & 255) + 5000 - 100 * static_cast<int>(lost & 255) - 200 * pieceCount(lost);
+    int value = 100 * static_cast<int>(won & 255) + 5000 - 100 * static_cast<int>(lost & 255) -
+                200 * pieceCount(lost);
     const int loserKing = board.kingSquare(loser);
     if (won == BISHOP_MATERIAL + KNIGHT_MATERIAL) {
         int bishop = 0;

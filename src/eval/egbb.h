@@ -6,7 +6,7 @@
 #include "board/board.h"
 
 class EGBB {
-public:
+  public:
     // Loads the library from directory (default "egbb"); prints what is missing. True when both entry
     // points were found.
     bool load(const char* directory);
@@ -24,7 +24,7 @@ public:
     using ProbeFunction = int (*)(int player, int wKing, int bKing, int piece1, int square1, int piece2,
                                   int square2, int piece3, int square3);
 
-private:
+  private:
     std::string path;  // the directory with its trailing separator
     LoadFunction loadEntry = nullptr;
     ProbeFunction probeEntry = nullptr;

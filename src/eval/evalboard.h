@@ -15,7 +15,9 @@ namespace eval {
 // table serves both colours.
 using RankTable = int[8][8];
 
-constexpr int ownRank(int side, int square) { return side == WHITE ? rankOf(square) : 7 - rankOf(square); }
+constexpr int ownRank(int side, int square) {
+    return side == WHITE ? rankOf(square) : 7 - rankOf(square);
+}
 inline int lookup(const RankTable& table, int side, int square) {
     return table[ownRank(side, square)][fileOf(square)];
 }
@@ -26,7 +28,9 @@ inline int distance(int a, int b) {
 }
 
 // Light squares are those where file + rank is odd (h1, a8).
-constexpr int squareColour(int square) { return (fileOf(square) + rankOf(square)) & 1; }
+constexpr int squareColour(int square) {
+    return (fileOf(square) + rankOf(square)) & 1;
+}
 
 // Calls f(square) for every piece of one kind of a colour still on the board (captured and promoted
 // pieces keep their list entry with an off-board square).
@@ -39,19 +43,33 @@ inline void forEachPiece(const Board& board, int colour, int firstSlot, F f) {
 }
 
 // Codes as the squares hold them; off-board squares read as OFF_BOARD and match none of these.
-constexpr uint8_t pawnCode(int colour) { return colour == WHITE ? (WHITE_BIT | WHITE_PAWN_BIT) : (BLACK_BIT | BLACK_PAWN_BIT); }
-inline uint8_t codeAt(const Board& board, int square) { return pieceCode[board.at(square)]; }
-inline bool pawnAt(const Board& board, int colour, int square) { return codeAt(board, square) == pawnCode(colour); }
-inline bool anyPawnAt(const Board& board, int square) { return isPawnSlot(board.at(square)); }
-inline bool isEmpty(const Board& board, int square) { return board.at(square) == EMPTY; }
+constexpr uint8_t pawnCode(int colour) {
+    return colour == WHITE ? (WHITE_BIT | WHITE_PAWN_BIT) : (BLACK_BIT | BLACK_PAWN_BIT);
+}
+inline uint8_t codeAt(const Board& board, int square) {
+    return pieceCode[board.at(square)];
+}
+inline bool pawnAt(const Board& board, int colour, int square) {
+    return codeAt(board, square) == pawnCode(colour);
+}
+inline bool anyPawnAt(const Board& board, int square) {
+    return isPawnSlot(board.at(square));
+}
+inline bool isEmpty(const Board& board, int square) {
+    return board.at(square) == EMPTY;
+}
 // A piece of any colour (not empty, not off the board).
 inline bool isOccupied(const Board& board, int square) {
     const uint8_t slot = board.at(square);
     return slot != EMPTY && slot != OFF_BOARD;
 }
-inline bool ownsPiece(uint8_t code, int colour) { return (code & colourBit(colour)) != 0 && code != OFF_BOARD; }
+inline bool ownsPiece(uint8_t code, int colour) {
+    return (code & colourBit(colour)) != 0 && code != OFF_BOARD;
+}
 
 // Pawn-free-file masks hold a bit per file; files off the board count as holding pawns.
-constexpr bool fileFree(uint8_t mask, int file) { return file >= 0 && file < 8 && ((mask >> file) & 1) != 0; }
+constexpr bool fileFree(uint8_t mask, int file) {
+    return file >= 0 && file < 8 && ((mask >> file) & 1) != 0;
+}
 
 }  // namespace eval

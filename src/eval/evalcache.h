@@ -7,7 +7,7 @@
 #include <cstdint>
 
 class EvalCache {
-public:
+  public:
     static constexpr uint32_t HALF = 1024;
 
     // The side to move picks the half: the position key has no side-to-move component.
@@ -27,7 +27,7 @@ public:
         e.score.store(score, std::memory_order_relaxed);
     }
 
-private:
+  private:
     struct Entry {
         std::atomic<uint32_t> low{0};
         std::atomic<uint32_t> high{0};

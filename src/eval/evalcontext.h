@@ -21,6 +21,6 @@ struct EvalContext {
     uint64_t cacheHits = 0;
     uint64_t pawnHits = 0;
     uint64_t pawnStores = 0;
-    PieceTerms pieceTerms[2];        // by side, from the last full evaluation
-    bool useCache = true;            // the shared evaluation cache; off only for tests and checks
+    PieceTerms pieceTerms[2];  // by side, from the last full evaluation
+    bool useCache = true;      // the shared evaluation cache; off only for tests and checks
 };

@@ -20,7 +20,9 @@ constexpr int TEMPO = 4;
 // The position key ORs the keys of the castling rights together, so positions that differ only in
 // their rights can share a key. The king term reads the rights, so they are folded into the key the
 // cache compares; without rights (most positions) it is the position key itself.
-uint64_t cacheKey(const Board& board) { return board.hash ^ (board.castling * 0x9E3779B97F4A7C15ull); }
+uint64_t cacheKey(const Board& board) {
+    return board.hash ^ (board.castling * 0x9E3779B97F4A7C15ull);
+}
 
 // Draws by material alone (step 3), for S from White's view.
 const char* materialDraw(const Board& board, int s) {
@@ -30,9 +32,11 @@ const char* materialDraw(const Board& board, int s) {
     const bool queensAlike = (queenCount(w) > 0) == (queenCount(b) > 0);
     const bool whitePawns = pawnCount(w) > 0, blackPawns = pawnCount(b) > 0;
     if (whitePawns && !blackPawns)
-        return s < 0 && bn < 3 && queensAlike && wn < 3 && bu - wu < 4 ? "pawns cannot win against the pieces" : nullptr;
+        return s < 0 && bn < 3 && queensAlike && wn < 3 && bu - wu < 4 ? "pawns cannot win against the pieces"
+                                                                       : nullptr;
     if (blackPawns && !whitePawns)
-        return s > 0 && wn < 3 && queensAlike && bn < 3 && wu - bu < 4 ? "pawns cannot win against the pieces" : nullptr;
+        return s > 0 && wn < 3 && queensAlike && bn < 3 && wu - bu < 4 ? "pawns cannot win against the pieces"
+                                                                       : nullptr;
     if (whitePawns) return nullptr;
     if (wn < 3 && bn < 3 && queensAlike && std::abs(wu - bu) < 4) return "too little material to win";
     // Two minor pieces against a bare king: two knights, or two bishops of one colour.
@@ -59,7 +63,8 @@ bool wrongRookPawn(const Board& board, const PawnEntry& entry, int strong) {
     const int corner = block.pawnFreeFiles == 0xFE ? 0 : block.pawnFreeFiles == 0x7F ? 7 : -1;
     if (corner < 0 || block.passedCount == 0) return false;
     const int defender = board.kingSquare(strong ^ 1);
-    if (std::abs(fileOf(defender) - corner) > 1 || ownRank(strong, defender) < ownRank(strong, block.passed[0]))
+    if (std::abs(fileOf(defender) - corner) > 1 ||
+        ownRank(strong, defender) < ownRank(strong, block.passed[0]))
         return false;
     if (pieces == 0) return true;
     int bishop = 0;
@@ -75,7 +80,8 @@ int scorePosition(EvalContext& context, Board& board, EvalBreakdown* parts, bool
     const uint32_t w = board.material[WHITE], b = board.material[BLACK];
 
     // Step 2. Material, imbalance and pawns.
-    const int material = (pawnCount(w) + static_cast<int>(w & 255)) * 100 - (pawnCount(b) + static_cast<int>(b & 255)) * 100;
+    const int material =
+        (pawnCount(w) + static_cast<int>(w & 255)) * 100 - (pawnCount(b) + static_cast<int>(b & 255)) * 100;
     const int imbalance = evalImbalance(board);
     const int pawns = pawnevaluator(context, board);
     const int s = material + imbalance + pawns;
@@ -141,7 +147,8 @@ int evaluate(EvalContext& context, Board& board) {
     }
     bool storable;
     score = scorePosition(context, board, nullptr, storable);
-    if (storable && context.useCache) evalCache.store(cacheKey(board), static_cast<int>(board.sideToMove), score);
+    if (storable && context.useCache)
+        evalCache.store(cacheKey(board), static_cast<int>(board.sideToMove), score);
     return score;
 }
 

@@ -12,9 +12,9 @@ int evaluate(EvalContext& context, Board& board);
 // Every term of one evaluation, as the console shows it. Sides are White 0, Black 1; sums are from
 // White's view unless named otherwise.
 struct EvalBreakdown {
-    int material = 0;       // (pawns + units) x 100, White minus Black
+    int material = 0;  // (pawns + units) x 100, White minus Black
     int imbalance = 0;
-    int pawns = 0;          // pawn structure with the passed-pawn terms
+    int pawns = 0;  // pawn structure with the passed-pawn terms
     int king[2] = {};
     PieceTerms pieces[2];
     int beforeDraws = 0;    // material, imbalance and pawns, before draw recognition

@@ -60,7 +60,8 @@ int bishopTerm(const Side& x, const Side& y) {
 int exchangeTerm(const Side& x, const Side& y) {
     const bool knightsEqual = x.knights == y.knights;
     if (x.pawns > y.pawns + 1)
-        return entry(knightsEqual ? EXCHANGE_BIG_B : EXCHANGE_BIG_A, y.heavy) + entry(EXCHANGE_BIG_PAWNS, y.pawns);
+        return entry(knightsEqual ? EXCHANGE_BIG_B : EXCHANGE_BIG_A, y.heavy) +
+               entry(EXCHANGE_BIG_PAWNS, y.pawns);
     return entry(knightsEqual ? EXCHANGE_B : EXCHANGE_A, y.heavy) + entry(EXCHANGE_PAWNS, y.pawns);
 }
 
@@ -100,11 +101,20 @@ int evalImbalance(const Board& board) {
         const bool queensAlike = (w.queens > 0) == (b.queens > 0);
         if (queensAlike) {
             switch (w.minors - b.minors) {
-                case 2: v += entry(MINORS_FOR_ROOK2, w.heavy); break;
-                case -2: v -= entry(MINORS_FOR_ROOK2, b.heavy); break;
-                case 1: v -= exchangeTerm(w, b); break;
-                case -1: v += exchangeTerm(b, w); break;
-                default: break;
+                case 2:
+                    v += entry(MINORS_FOR_ROOK2, w.heavy);
+                    break;
+                case -2:
+                    v -= entry(MINORS_FOR_ROOK2, b.heavy);
+                    break;
+                case 1:
+                    v -= exchangeTerm(w, b);
+                    break;
+                case -1:
+                    v += exchangeTerm(b, w);
+                    break;
+                default:
+                    break;
             }
         } else if (w.queens) {
             v += queenTerm(w, b);

@@ -9,6 +9,7 @@ using namespace eval;
 
 namespace {
 
+// clang-format off
 constexpr RankTable KING_MIDDLEGAME = {
     {-2, 0, -8, -12, -12, -8, 0, -2},
     {-4, 0, -12, -16, -16, -12, 0, -4},
@@ -29,6 +30,7 @@ constexpr RankTable KING_ENDGAME = {
     {-20, -8, 2, 6, 6, 2, -8, -20},
     {-20, -12, -12, -8, -8, -12, -12, -20},
 };
+// clang-format on
 constexpr int KING_END_BY_PAWNS[9] = {8, 12, 16, 20, 24, 24, 24, 24, 24};
 constexpr int KING_END_BY_UNITS[14] = {24, 16, 16, 24, 16, 16, 24, 16, 16, 16, 16, 16, 16, 16};
 
@@ -38,7 +40,8 @@ constexpr int RANK_SHIFT[8] = {0, -16, 0, 0, 0, 0, 16, 0};
 // By the storming pawn's rank counted from the defender's side.
 constexpr int STORM_BY_RANK[8] = {0, 0, 0, 1, 3, 2, 1, 0};
 
-constexpr int ATTACKER_SCALE[16] = {0, 16, 128, 192, 208, 224, 240, 256, 272, 288, 304, 320, 336, 352, 368, 384};
+constexpr int ATTACKER_SCALE[16] = {0,   16,  128, 192, 208, 224, 240, 256,
+                                    272, 288, 304, 320, 336, 352, 368, 384};
 
 // Whether the squares strictly between from and to are empty (to lies on a line from from).
 bool pathEmpty(const Board& board, int from, int to) {
@@ -79,8 +82,10 @@ int evalKingShelter(const Board& board, const PawnEntry& entry, int side, int ki
     if (own(f)) points += 7;
     if (own(k + 2 * fwd)) points += 3;
     if (codeAt(board, f) == (colourBit(side) | BISHOP_BIT)) points += 4;
-    if (own(f + e)) points += 5;
-    else if (own(f + e + fwd)) points += 5;
+    if (own(f + e))
+        points += 5;
+    else if (own(f + e + fwd))
+        points += 5;
 
     // Step 4. Enemy pawns storming the files around the king.
     const int back = pawnStep(enemy);  // the enemy pawn's forward step

@@ -19,9 +19,15 @@ struct Targets {
 };
 
 // d = rank * 16 + file with both parts in -7..7.
-constexpr int rankDiff(int d) { return (d + 136) / 16 - 8; }
-constexpr int fileDiff(int d) { return d - 16 * rankDiff(d); }
-constexpr int absolute(int x) { return x < 0 ? -x : x; }
+constexpr int rankDiff(int d) {
+    return (d + 136) / 16 - 8;
+}
+constexpr int fileDiff(int d) {
+    return d - 16 * rankDiff(d);
+}
+constexpr int absolute(int x) {
+    return x < 0 ? -x : x;
+}
 
 // Whether a slider moving diagonally (or straight) goes from d to t.
 constexpr bool onLine(int d, int t, bool diagonal) {
@@ -48,7 +54,8 @@ constexpr bool knightStep(int d) {
 constexpr std::array<Targets, 256> buildTargets(bool diagonal, bool straight) {
     std::array<Targets, 256> table{};
     for (int d = -119; d <= 119; ++d)
-        if (absolute(fileDiff(d)) <= 7 && absolute(rankDiff(d)) <= 7) table[d + 128] = targetsAt(d, diagonal, straight);
+        if (absolute(fileDiff(d)) <= 7 && absolute(rankDiff(d)) <= 7)
+            table[d + 128] = targetsAt(d, diagonal, straight);
     return table;
 }
 

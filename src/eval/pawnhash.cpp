@@ -15,4 +15,6 @@ PawnHash::PawnHash() {
     entries[0].check = 1;
 }
 
-PawnHash::~PawnHash() { std::free(entries); }
+PawnHash::~PawnHash() {
+    std::free(entries);
+}

@@ -8,9 +8,9 @@
 struct PawnBlock {
     uint8_t pawnFreeFiles;  // bit f set: no pawn of this colour on file f (a = bit 0)
     uint8_t passedCount;
-    uint8_t passed[8];      // squares of the passed pawns, in the order found
-    uint8_t passedFiles;    // bit f set: a passed pawn of this colour on file f
-    uint8_t colourCounts;   // own pawns on light squares (low nibble) and on dark squares (high nibble)
+    uint8_t passed[8];     // squares of the passed pawns, in the order found
+    uint8_t passedFiles;   // bit f set: a passed pawn of this colour on file f
+    uint8_t colourCounts;  // own pawns on light squares (low nibble) and on dark squares (high nibble)
 };
 
 struct PawnEntry {
@@ -26,7 +26,7 @@ constexpr uint32_t PAWN_HASH_BYTES = PAWN_HASH_ENTRIES * sizeof(PawnEntry);
 
 // Allocated aligned and zeroed when it is created; a failed allocation ends the process.
 class PawnHash {
-public:
+  public:
     PawnHash();
     ~PawnHash();
     PawnHash(const PawnHash&) = delete;
@@ -35,6 +35,6 @@ public:
     // The entry a pawn key indexes (low 16 bits of its low half); it may hold another structure.
     PawnEntry& slot(uint64_t pawnKey) { return entries[pawnKey & (PAWN_HASH_ENTRIES - 1)]; }
 
-private:
+  private:
     PawnEntry* entries;
 };

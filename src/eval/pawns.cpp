@@ -12,6 +12,7 @@ using namespace eval;
 namespace {
 
 // Square tables by own rank (row 0 = own first rank), files a..h.
+// clang-format off
 constexpr RankTable PAWN_MG = {
     {0, 0, 0, 0, 0, 0, 0, 0},
     {-12, -4, 0, 8, 8, 0, -4, -12},
@@ -92,7 +93,9 @@ constexpr RankTable ISOLATED_MG = {
     {-10, -10, -10, -10, -10, -10, -10, -10},
     {0, 0, 0, 0, 0, 0, 0, 0},
 };
+// clang-format on
 constexpr const RankTable& ISOLATED_EG = ISOLATED_MG;
+// clang-format off
 constexpr RankTable BACKWARD_MG = {
     {0, 0, 0, 0, 0, 0, 0, 0},
     {-10, -10, -10, -12, -12, -10, -10, -10},
@@ -113,6 +116,7 @@ constexpr RankTable BACKWARD_EG = {
     {-10, -10, -10, -10, -10, -10, -10, -10},
     {0, 0, 0, 0, 0, 0, 0, 0},
 };
+// clang-format on
 
 // By the pawn's own rank index (0 = own first rank).
 constexpr int PASSED_DUO_MG[8] = {0, 0, 0, 8, 25, 35, 70, 0};  // halved when applied
@@ -152,8 +156,10 @@ void evalPawnSide(const Board& board, int side, PawnBlock& block, int& mg, int& 
     block.pawnFreeFiles = 0xFF;
     forEachPiece(board, side, PAWN_SLOT, [&](int s) {
         block.pawnFreeFiles &= static_cast<uint8_t>(~(1 << fileOf(s)));
-        if (squareColour(s)) block.colourCounts += 0x01;  // light
-        else block.colourCounts += 0x10;
+        if (squareColour(s))
+            block.colourCounts += 0x01;  // light
+        else
+            block.colourCounts += 0x10;
     });
     forEachPiece(board, side, PAWN_SLOT, [&](int s) {
         const int r = ownRank(side, s);
@@ -165,7 +171,8 @@ void evalPawnSide(const Board& board, int side, PawnBlock& block, int& mg, int& 
         const bool isProtected = own(s - dir - 1) || own(s - dir + 1);
         const bool duo = own(s - 1) || own(s + 1);
         const bool openAhead = !anyPawnOnLine(board, s, dir);
-        const bool noEnemyBeside = !pawnOnLine(board, enemy, s - 1, dir) && !pawnOnLine(board, enemy, s + 1, dir);
+        const bool noEnemyBeside =
+            !pawnOnLine(board, enemy, s - 1, dir) && !pawnOnLine(board, enemy, s + 1, dir);
 
         // Step 2. Placement.
         mg += lookup(PAWN_MG, side, s);
@@ -216,8 +223,9 @@ void evalPawnSide(const Board& board, int side, PawnBlock& block, int& mg, int& 
         // Step 6. Backward, unless protected or one of the ways out below holds.
         if (isProtected) return;
         auto count = [&](bool a, bool b) { return static_cast<int>(a) + static_cast<int>(b); };
-        const bool advances = !anyPawnAt(board, s + dir) &&
-                              count(own(s - 1), own(s + 1)) > count(theirs(s + 2 * dir - 1), theirs(s + 2 * dir + 1));
+        const bool advances =
+            !anyPawnAt(board, s + dir) &&
+            count(own(s - 1), own(s + 1)) > count(theirs(s + 2 * dir - 1), theirs(s + 2 * dir + 1));
         const bool doubleStep = r == 1 && !anyPawnAt(board, s + dir) && !anyPawnAt(board, s + 2 * dir) &&
                                 count(own(s + dir - 1), own(s + dir + 1)) >
                                     count(theirs(s + 3 * dir - 1), theirs(s + 3 * dir + 1));
@@ -276,7 +284,8 @@ int pawnPieceTerm(const Board& board, const PawnEntry& entry, int side, int phas
     if (bishopCount(material)) {
         int bishops = 0;
         forEachPiece(board, side, BISHOP_SLOT, [&](int square) {
-            const int sameColour = squareColour(square) ? (block.colourCounts & 15) : (block.colourCounts >> 4);
+            const int sameColour =
+                squareColour(square) ? (block.colourCounts & 15) : (block.colourCounts >> 4);
             value += BISHOP_OWN_PAWN * sameColour;
             ++bishops;
         });
@@ -316,7 +325,8 @@ int pawnevaluator(EvalContext& context, Board& board) {
         entry.check = check;
         ++context.pawnStores;
         int mg[2] = {0, 0}, eg[2] = {0, 0};
-        for (int side = WHITE; side <= BLACK; ++side) evalPawnSide(board, side, entry.block[side], mg[side], eg[side]);
+        for (int side = WHITE; side <= BLACK; ++side)
+            evalPawnSide(board, side, entry.block[side], mg[side], eg[side]);
         entry.middlegame = static_cast<int16_t>(mg[WHITE] - mg[BLACK]);
         entry.endgame = static_cast<int16_t>(eg[WHITE] - eg[BLACK]);
     } else {
@@ -325,13 +335,15 @@ int pawnevaluator(EvalContext& context, Board& board) {
     context.pawnEntry = &entry;
 
     // Step 2. Phase: 64 units are the full starting set of pieces.
-    const int phase = std::min(static_cast<int>((board.material[WHITE] & 255) + (board.material[BLACK] & 255)), 64);
+    const int phase =
+        std::min(static_cast<int>((board.material[WHITE] & 255) + (board.material[BLACK] & 255)), 64);
 
     // Step 3. Passed pawns against kings and pieces.
     const int dW = evalPassedDynamic(board, entry.block[WHITE], WHITE);
     const int dB = evalPassedDynamic(board, entry.block[BLACK], BLACK);
 
     // Step 4. Blend; the dynamic term counts half in the middlegame.
-    const int blended = ((dW / 2 + entry.middlegame - dB / 2) * phase + (dW + entry.endgame - dB) * (64 - phase)) / 64;
+    const int blended =
+        ((dW / 2 + entry.middlegame - dB / 2) * phase + (dW + entry.endgame - dB) * (64 - phase)) / 64;
     return blended + pawnPieceTerm(board, entry, WHITE, phase) - pawnPieceTerm(board, entry, BLACK, phase);
 }

@@ -9,6 +9,7 @@ using namespace eval;
 
 namespace {
 
+// clang-format off
 constexpr RankTable KNIGHT_TABLE = {
     {-40, -32, -24, -24, -24, -24, -32, -40},
     {-32, -24, -16, -8, -8, -16, -24, -32},
@@ -49,6 +50,7 @@ constexpr RankTable KNIGHT_ADVANCED = {
     {0, 0, 0, 0, 0, 0, 0, 0},
     {0, 0, 0, 0, 0, 0, 0, 0},
 };
+// clang-format on
 constexpr int KNIGHT_EMPTY[9] = {-24, -8, 0, 4, 8, 11, 14, 17, 21};
 constexpr int KNIGHT_THREAT[9] = {0, 6, 12, 18, 24, 24, 24, 24, 24};
 constexpr int BISHOP_RAY[16] = {-24, -16, -12, -8, -4, 0, 4, 8, 12, 14, 16, 18, 20, 22, 24, 26};
@@ -63,7 +65,9 @@ constexpr int TRAPPED = -100;
 constexpr int SHUT_IN_ROOK = -50;
 
 // Absolute squares of White's trap patterns; Black's are the same with the ranks mirrored.
-constexpr int sq(int file, int rank) { return makeSquare(file, rank); }
+constexpr int sq(int file, int rank) {
+    return makeSquare(file, rank);
+}
 
 }  // namespace
 
@@ -90,8 +94,10 @@ int evalPieces(const Board& board, const PawnEntry& entry, int side, PieceTerms&
     forEachPiece(board, side, KNIGHT_SLOT, [&](int s) {
         int empty = 0, threats = 0;
         for (int step : KNIGHT_STEPS) {
-            if (isEmpty(board, s + step)) ++empty;
-            else if (threatTarget(s + step)) ++threats;
+            if (isEmpty(board, s + step))
+                ++empty;
+            else if (threatTarget(s + step))
+                ++threats;
         }
         q += lookup(KNIGHT_TABLE, side, s) + KNIGHT_EMPTY[empty];
         m += KNIGHT_THREAT[threats];
@@ -105,8 +111,8 @@ int evalPieces(const Board& board, const PawnEntry& entry, int side, PieceTerms&
             const int in = edge == 0 ? 1 : -1;  // one file toward the centre
             const bool trapped =
                 (s == rel(sq(edge, 7)) && pawn(edge + 2 * in, 6)) ||
-                (s == rel(sq(edge, 6)) && (pawn(edge, 5) ? (pawn(edge + in, 6) || pawn(edge + 2 * in, 5))
-                                                          : pawn(edge + 2 * in, 5)));
+                (s == rel(sq(edge, 6)) &&
+                 (pawn(edge, 5) ? (pawn(edge + in, 6) || pawn(edge + 2 * in, 5)) : pawn(edge + 2 * in, 5)));
             if (trapped) p += TRAPPED;
         }
     });
@@ -147,8 +153,10 @@ int evalPieces(const Board& board, const PawnEntry& entry, int side, PieceTerms&
         m += ROOK_THREAT[threats];
         const int file = fileOf(s);
         if ((ownFree >> file) & 1) {
-            if ((bothFree >> file) & 1) p += ROOK_OPEN[std::popcount(bothFree)];
-            else p += ROOK_HALF_OPEN[std::popcount(ownFree)];
+            if ((bothFree >> file) & 1)
+                p += ROOK_OPEN[std::popcount(bothFree)];
+            else
+                p += ROOK_HALF_OPEN[std::popcount(ownFree)];
             const int kingFiles = std::abs(file - fileOf(enemyKing));
             if (kingFiles < 3) p += static_cast<int>((kingFiles == 0 ? 20u : 10u) * ownUnits / 32u);
         }
@@ -171,9 +179,13 @@ int evalPieces(const Board& board, const PawnEntry& entry, int side, PieceTerms&
             return rookOn(king + toward) || rookOn(king + 2 * toward) || rookOn(king + toward + dir) ||
                    rookOn(king + 2 * toward + dir);
         };
-        auto pawnsOn = [&](int fileA, int fileB) { return !fileFree(ownFree, fileA) && !fileFree(ownFree, fileB); };
-        if ((kingFile == 5 || kingFile == 6) && pawnsOn(6, 7) && shut(1)) p += SHUT_IN_ROOK;
-        else if ((kingFile == 1 || kingFile == 2) && pawnsOn(0, 1) && shut(-1)) p += SHUT_IN_ROOK;
+        auto pawnsOn = [&](int fileA, int fileB) {
+            return !fileFree(ownFree, fileA) && !fileFree(ownFree, fileB);
+        };
+        if ((kingFile == 5 || kingFile == 6) && pawnsOn(6, 7) && shut(1))
+            p += SHUT_IN_ROOK;
+        else if ((kingFile == 1 || kingFile == 2) && pawnsOn(0, 1) && shut(-1))
+            p += SHUT_IN_ROOK;
     }
 
     p += 2 * BACK_RANK[std::min(backRank, 7)];

@@ -1,11 +1,12 @@
 // The bitbase connection, through the real loading path, against stand-in libraries built with the
 // tests: one that knows king and pawn against king (and records what it is asked), one without the
 // probe entry point and one without either.
+#include "eval/egbb.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "eval/egbb.h"
 #include "eval_support.h"
 #include "platform/platform.h"
 
@@ -48,7 +49,7 @@ std::unique_ptr<EGBB> connect(Controls& controls, int men, int answer, int cache
 }
 
 class Bitbases : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override { ASSERT_NE(controls.setClaim, nullptr) << "stand-in library not built"; }
     void TearDown() override { controls.setClaim(3, EGBB_NOT_AVAILABLE); }
     Controls controls;

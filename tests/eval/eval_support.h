@@ -73,6 +73,8 @@ struct Evaluator {
     int operator()(const std::string& fen, bool cache = false) { return (*this)(*boardFrom(fen), cache); }
 };
 
-inline bool sanitized() { return std::getenv("KELVRA_SANITIZED") != nullptr; }
+inline bool sanitized() {
+    return std::getenv("KELVRA_SANITIZED") != nullptr;
+}
 
 }  // namespace evaltest

@@ -1,11 +1,12 @@
 // Pawn structure: the per-structure terms and their block, the passed-pawn terms that depend on the
 // pieces, and the pawn table's store, hit and overwrite.
+#include "eval/pawns.h"
+
 #include <gtest/gtest.h>
 
 #include <map>
 
 #include "board/tables.h"
-#include "eval/pawns.h"
 #include "eval_support.h"
 
 using namespace evaltest;
@@ -134,9 +135,9 @@ TEST(PawnStructure, KeysSharingTheIndexOverwriteEachOther) {
 TEST(PassedPawns, FrontSquareKingsAndRooks) {
     // Pawn a7 (own rank 7): passedFree 25, kingFar 40, kingNear 20, rookBehind 25. Black king e8 is 4
     // from a8, White's king e1 is 7 away: 160 - 140 = 20 in each case below.
-    EXPECT_EQ(passedDynamic("4k3/P7/8/8/8/8/8/4K3 w - -", WHITE), 25 + 20);  // queening is safe
-    EXPECT_EQ(passedDynamic("n3k3/P7/8/8/8/8/8/4K3 w - -", WHITE), -50 + 20);  // a knight blocks: twice
-    EXPECT_EQ(passedDynamic("r3k3/P7/8/8/8/8/8/4K3 w - -", WHITE), -25 + 20);  // a rook blocks: once
+    EXPECT_EQ(passedDynamic("4k3/P7/8/8/8/8/8/4K3 w - -", WHITE), 25 + 20);        // queening is safe
+    EXPECT_EQ(passedDynamic("n3k3/P7/8/8/8/8/8/4K3 w - -", WHITE), -50 + 20);      // a knight blocks: twice
+    EXPECT_EQ(passedDynamic("r3k3/P7/8/8/8/8/8/4K3 w - -", WHITE), -25 + 20);      // a rook blocks: once
     EXPECT_EQ(passedDynamic("4k3/P7/8/8/8/8/8/R3K3 w - -", WHITE), 25 + 20 + 25);  // own rook behind
     // An enemy rook behind also guards a8 through the pawn: no passedFree.
     EXPECT_EQ(passedDynamic("4k3/P7/8/8/8/8/8/r3K3 w - -", WHITE), 20 - 25);

@@ -15,8 +15,10 @@ void expectScore(Evaluator& evaluate, const std::string& fen, bool draw) {
         for (const char* side : {" w - -", " b - -"}) {
             const std::string position = version.substr(0, version.find(' ')) + side;
             const int score = evaluate(position);
-            if (draw) EXPECT_EQ(score, 0) << position;
-            else EXPECT_NE(score, 0) << position;
+            if (draw)
+                EXPECT_EQ(score, 0) << position;
+            else
+                EXPECT_NE(score, 0) << position;
         }
     }
 }
@@ -25,13 +27,13 @@ void expectScore(Evaluator& evaluate, const std::string& fen, bool draw) {
 
 TEST(DrawRules, MaterialThatCannotWin) {
     Evaluator evaluate;
-    expectScore(evaluate, "4k3/8/8/8/8/8/8/1NN1K3 w - -", true);    // two knights
-    expectScore(evaluate, "4k3/8/8/8/8/4B3/8/2B1K3 w - -", true);   // two bishops on dark squares
-    expectScore(evaluate, "4k3/8/8/8/8/8/8/2B1KB2 w - -", false);   // bishops on both colours
-    expectScore(evaluate, "4k3/8/8/8/8/8/8/1N2KB2 w - -", false);   // bishop and knight
-    expectScore(evaluate, "4k3/8/8/8/8/8/8/2B1K3 w - -", true);     // a lone minor piece
-    expectScore(evaluate, "4k3/8/8/3b4/8/8/8/R3K3 w - -", true);    // rook against bishop
-    expectScore(evaluate, "4k3/8/8/8/8/8/8/R3K3 w - -", false);     // a lone rook wins
+    expectScore(evaluate, "4k3/8/8/8/8/8/8/1NN1K3 w - -", true);   // two knights
+    expectScore(evaluate, "4k3/8/8/8/8/4B3/8/2B1K3 w - -", true);  // two bishops on dark squares
+    expectScore(evaluate, "4k3/8/8/8/8/8/8/2B1KB2 w - -", false);  // bishops on both colours
+    expectScore(evaluate, "4k3/8/8/8/8/8/8/1N2KB2 w - -", false);  // bishop and knight
+    expectScore(evaluate, "4k3/8/8/8/8/8/8/2B1K3 w - -", true);    // a lone minor piece
+    expectScore(evaluate, "4k3/8/8/3b4/8/8/8/R3K3 w - -", true);   // rook against bishop
+    expectScore(evaluate, "4k3/8/8/8/8/8/8/R3K3 w - -", false);    // a lone rook wins
     // A pawn cannot win against a knight; two pawns against a knight without pawns are the better
     // side by the imbalance tables, and it is not a draw.
     expectScore(evaluate, "4k3/8/8/3n4/8/4P3/8/4K3 w - -", true);
@@ -41,16 +43,16 @@ TEST(DrawRules, MaterialThatCannotWin) {
 TEST(DrawRules, RookPawnsWithTheDefendingKingInFront) {
     Evaluator evaluate;
     expectScore(evaluate, "k7/8/8/8/8/P7/8/4K3 w - -", true);
-    expectScore(evaluate, "8/1k6/8/8/8/P7/8/4K3 w - -", true);       // on the file beside, still in front
-    expectScore(evaluate, "4k3/8/8/8/8/P7/8/4K3 w - -", false);      // the king is too far
-    expectScore(evaluate, "8/8/8/1k6/8/P7/P7/4K3 w - -", true);      // in front of the front pawn
-    expectScore(evaluate, "8/8/8/8/P7/P7/1k6/4K3 w - -", false);     // behind it
-    expectScore(evaluate, "6k1/8/8/8/8/7P/8/4K3 w - -", true);       // the h-file
-    expectScore(evaluate, "k7/8/8/8/8/P7/1P6/4K3 w - -", false);     // not on the rook file only
+    expectScore(evaluate, "8/1k6/8/8/8/P7/8/4K3 w - -", true);    // on the file beside, still in front
+    expectScore(evaluate, "4k3/8/8/8/8/P7/8/4K3 w - -", false);   // the king is too far
+    expectScore(evaluate, "8/8/8/1k6/8/P7/P7/4K3 w - -", true);   // in front of the front pawn
+    expectScore(evaluate, "8/8/8/8/P7/P7/1k6/4K3 w - -", false);  // behind it
+    expectScore(evaluate, "6k1/8/8/8/8/7P/8/4K3 w - -", true);    // the h-file
+    expectScore(evaluate, "k7/8/8/8/8/P7/1P6/4K3 w - -", false);  // not on the rook file only
     // The a8 corner is light: a dark-squared bishop cannot drive the king out, a light one can.
     expectScore(evaluate, "k7/8/8/8/8/P7/8/2B1K3 w - -", true);
     expectScore(evaluate, "k7/8/8/8/8/P7/8/3BK3 w - -", false);
-    expectScore(evaluate, "k7/8/8/8/8/P7/8/1N2K3 w - -", false);     // a knight is not a bishop
+    expectScore(evaluate, "k7/8/8/8/8/P7/8/1N2K3 w - -", false);  // a knight is not a bishop
 }
 
 TEST(DrawRules, OppositeBishopsHalveTheScoreKeepingTheOddUnit) {
@@ -58,15 +60,17 @@ TEST(DrawRules, OppositeBishopsHalveTheScoreKeepingTheOddUnit) {
     auto context = std::make_unique<EvalContext>();
     int oddSeen = 0;
     // Scores before halving: 284, 153 and -233 (the last two odd).
-    for (const char* fen : {"4k3/5p2/8/8/3b4/8/2PP1PP1/4KB2 w - -", "4k3/5p2/8/8/3b4/8/2P2PP1/4KB2 b - -",
-                            "4k3/1pp2pp1/4b3/8/8/8/5PP1/2B1K3 w - -", "4k3/1pp2pp1/4b3/8/8/8/5PP1/2B1K3 b - -"}) {
+    for (const char* fen :
+         {"4k3/5p2/8/8/3b4/8/2PP1PP1/4KB2 w - -", "4k3/5p2/8/8/3b4/8/2P2PP1/4KB2 b - -",
+          "4k3/1pp2pp1/4b3/8/8/8/5PP1/2B1K3 w - -", "4k3/1pp2pp1/4b3/8/8/8/5PP1/2B1K3 b - -"}) {
         auto board = boardFrom(fen);
         EvalBreakdown parts;
         explainEvaluation(*context, *board, parts);
         const int t = parts.beforeEnding;
         const int halved = t > 0 ? (t + 1) / 2 : -((-t + 1) / 2);  // rounded away from zero
         const int tempo = 4;
-        EXPECT_EQ(evaluate(*board), (board->sideToMove == WHITE ? halved : -halved) + tempo) << fen << " t=" << t;
+        EXPECT_EQ(evaluate(*board), (board->sideToMove == WHITE ? halved : -halved) + tempo)
+            << fen << " t=" << t;
         if (t % 2) ++oddSeen;
     }
     EXPECT_EQ(oddSeen, 3);

@@ -46,7 +46,9 @@ void expectDerived(const Derived& d) {
 // Kings (no enemy pieces, endgame): White e1 -24 x 8 (no black pawns) x 24 / 256 = -18; Black e8
 // -24 x 12 (one white pawn) x 24 / 256 = -27. Pieces 0.
 // T = 100 + 2 - 18 + 27 = 111: White to move 115, Black to move -107.
-TEST(HandDerivedScore, KingAndPawn) { expectDerived({"4k3/8/8/8/4P3/8/8/4K3 w - -", 100, 0, 2, -18, -27, 0, 0}); }
+TEST(HandDerivedScore, KingAndPawn) {
+    expectDerived({"4k3/8/8/8/4P3/8/8/4K3 w - -", 100, 0, 2, -18, -27, 0, 0});
+}
 
 // White Kg1, Rd1, Pf2 g2 h2; Black Kg8, Nc6, Pf7 g7 h7.
 // Material 800 - 600 = 200.

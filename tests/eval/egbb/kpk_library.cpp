@@ -40,15 +40,21 @@ int otherAnswer = NOT_AVAILABLE;
 // Results of the retrograde analysis: White (the pawn's side) wins or not.
 enum : uint8_t { UNKNOWN, DRAW, WIN, INVALID };
 
-constexpr int fileOf(int sq) { return sq & 7; }
-constexpr int rankOf(int sq) { return sq >> 3; }
+constexpr int fileOf(int sq) {
+    return sq & 7;
+}
+constexpr int rankOf(int sq) {
+    return sq >> 3;
+}
 constexpr int distance(int a, int b) {
     int df = std::abs(fileOf(a) - fileOf(b)), dr = std::abs(rankOf(a) - rankOf(b));
     return df > dr ? df : dr;
 }
 
 // Index: side to move (0 White), white king, black king, white pawn (any square; ranks 1 and 8 unused).
-constexpr int index(int stm, int wk, int bk, int wp) { return ((stm * 64 + wk) * 64 + bk) * 64 + wp; }
+constexpr int index(int stm, int wk, int bk, int wp) {
+    return ((stm * 64 + wk) * 64 + bk) * 64 + wp;
+}
 
 std::vector<uint8_t> table;
 
@@ -150,7 +156,8 @@ uint8_t successor(int stm, int wk, int bk, int wp) {
             int f = fileOf(bk) + df, r = rankOf(bk) + dr;
             if ((!df && !dr) || f < 0 || f > 7 || r < 0 || r > 7) continue;
             int to = r * 8 + f;
-            if (to == wp) continue;  // capturing a defended pawn is illegal; an undefended one was a draw above
+            if (to == wp)
+                continue;  // capturing a defended pawn is illegal; an undefended one was a draw above
             uint8_t v = t[index(0, wk, to, wp)];
             if (v == INVALID) continue;
             if (v == DRAW) return DRAW;
@@ -187,7 +194,9 @@ uint8_t successor(int stm, int wk, int bk, int wp) {
 
 // A won king-and-pawn ending scores more the further the pawn has come, so that a search that sees
 // only these answers still pushes the pawn.
-int winValue(int pawnRank) { return 2000 + 100 * pawnRank; }
+int winValue(int pawnRank) {
+    return 2000 + 100 * pawnRank;
+}
 
 // Unused in the variants built without the probe entry point.
 [[maybe_unused]] int probeKpk(int player, int wk, int bk, int pawn, int square) {
@@ -226,7 +235,8 @@ KPK_EXPORT int probe_egbb_5men(int player, int wKing, int bKing, int piece1, int
     recorded.probes++;
     int men = 2 + (piece1 != 0) + (piece2 != 0) + (piece3 != 0);
     if (men > claimedMen || table.empty()) return NOT_AVAILABLE;
-    if (men == 3 && (piece1 == WHITE_PAWN || piece1 == BLACK_PAWN)) return probeKpk(player, wKing, bKing, piece1, square1);
+    if (men == 3 && (piece1 == WHITE_PAWN || piece1 == BLACK_PAWN))
+        return probeKpk(player, wKing, bKing, piece1, square1);
     return otherAnswer;
 }
 #endif
