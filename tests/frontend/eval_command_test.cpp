@@ -29,7 +29,8 @@ TEST(EvalCommand, ShowsTheTermsAndEndsWithTheTotal) {
     // King and pawn: derived by hand in the evaluation's tests (111 for White, plus the tempo).
     std::string output = run("", "fen 4k3/8/8/8/4P3/8/8/4K3 w - -\neval\n");
     EXPECT_EQ(lastTotal(output), "total 115");
-    for (const char* term : {"material           100\n", "pawns                2\n", "king               -18     -27\n"})
+    for (const char* term :
+         {"material           100\n", "pawns                2\n", "king               -18     -27\n"})
         EXPECT_NE(output.find(term), std::string::npos) << term << output;
     EXPECT_EQ(lastTotal(run("", "fen 4k3/8/8/8/4P3/8/8/4K3 b - -\neval\n")), "total -107");
     EXPECT_EQ(lastTotal(run("", "eval\n")), "total 4");  // the start position: only the tempo
@@ -50,7 +51,8 @@ TEST(EvalCommand, BitbaseKeysAtStartUp) {
 
     // Without the library: the one message, and the engine goes on as before.
     output = run("egbb.dir=/nonexistent/egbb\negbb.cachemb=48\n", "eval\n");
-    EXPECT_NE(output.find("egbb dll not found: /nonexistent/egbb/egbbso64.so\n"), std::string::npos) << output;
+    EXPECT_NE(output.find("egbb dll not found: /nonexistent/egbb/egbbso64.so\n"), std::string::npos)
+        << output;
     EXPECT_EQ(output.find("EGBB"), std::string::npos) << output;
     EXPECT_EQ(output.find("egbb."), std::string::npos) << output;
     EXPECT_EQ(lastTotal(output), "total 4");
