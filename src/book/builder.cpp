@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <memory>
 #include <vector>
 
@@ -222,6 +223,11 @@ bool buildBook(const char* pgnPath, const BookBuildOptions& options, unsigned ma
         return false;
     }
     bookPath = options.file.empty() ? defaultBookPath(pgnPath) : options.file;
+    std::error_code ignored;
+    if (std::filesystem::equivalent(pgnPath, bookPath, ignored)) {
+        std::printf("cannot write book %s over its PGN file\n", bookPath.c_str());
+        return false;
+    }
     std::printf("reading %s...\n", pgnPath);
     std::fflush(stdout);
 

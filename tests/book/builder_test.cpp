@@ -237,6 +237,13 @@ TEST(BookBuilder, BrokenGamesAreNamedAndSkippedAndGarbageEndsCleanly) {
 
     book = build(dir, dir.file("absent.pgn"));
     EXPECT_EQ(book.output, "could not open file: " + dir.file("absent.pgn") + "\n");
+    BookBuildOptions overPgn;
+    overPgn.file = dir.file("games.pgn");
+    std::string written;
+    CaptureStdout();
+    EXPECT_FALSE(buildBook(overPgn.file.c_str(), overPgn, 0, written));
+    EXPECT_TRUE(contains(GetCapturedStdout(), "over its PGN file")) << "the games must survive";
+    EXPECT_TRUE(contains(readText(dir.file("games.pgn")), "Nf3 Nf6"));
     book = buildText(dir, "1. e4 *\n");
     EXPECT_FALSE(book.ok);
     EXPECT_TRUE(contains(book.output, "no book moves found in")) << book.output;
