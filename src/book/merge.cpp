@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 
 #include "book/book.h"
 
@@ -51,8 +52,11 @@ class GroupReader {
 
 bool merge(const char* first, const char* second, const char* output) {
     if (!first || !second || !output || !*first || !*second || !*output) return false;
-    // Step 1. Never read and write one file at once.
-    if (std::strcmp(output, first) == 0 || std::strcmp(output, second) == 0) {
+    // Step 1. Never read and write one file at once, however its path is spelled.
+    std::error_code ignored;
+    if (std::strcmp(output, first) == 0 || std::strcmp(output, second) == 0 ||
+        std::filesystem::equivalent(output, first, ignored) ||
+        std::filesystem::equivalent(output, second, ignored)) {
         std::printf("cannot merge book to self\n");
         return false;
     }

@@ -80,8 +80,9 @@ TEST(Merge, RefusesMissingPathsSelfOutputAndUnreadableInputs) {
     const std::string before = readText(b);
 
     EXPECT_EQ(merged(a, b, b, false), "cannot merge book to self\n");
-    EXPECT_EQ(merged(a, b, a, false), "cannot merge book to self\n");
+    EXPECT_EQ(merged(a, b, dir.path() + "/./a.bbk", false), "cannot merge book to self\n");
     EXPECT_EQ(readText(b), before);
+    EXPECT_EQ(readBookFile(a).size(), 2u);
     EXPECT_EQ(merged(a, b, "", false), "");
     CaptureStdout();
     EXPECT_FALSE(merge(a.c_str(), nullptr, dir.file("x.bbk").c_str()));
