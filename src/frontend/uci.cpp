@@ -1,5 +1,6 @@
 #include "frontend/uci.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -23,6 +24,10 @@ struct UciCommand {
 };
 
 const char* const STATUS_NAMES[] = {"_idle_", "pos", "search", "ponder"};
+
+// The range of the Hash option, in megabytes.
+constexpr int HASH_MIN_MB = 1;
+constexpr int HASH_MAX_MB = 4096;
 
 String nextWord(String& source) {
     return String::nextWord(source, " \t");
@@ -192,10 +197,11 @@ void Uci::setoption() {
         String kind = nextWord(args);
         log.info("Opponent=%s %s, %s, elo=%i\n", title.c_str(), args.c_str(), kind.c_str(), atoi(elo.c_str()));
     } else if (name == "Hash") {
-        int megabytes = atoi(valueWord(args).c_str());
+        // Held to the range the option announces: a value past it is no GUI's, and could ask for more
+        // memory than the machine has.
+        int megabytes = std::clamp(atoi(valueWord(args).c_str()), HASH_MIN_MB, HASH_MAX_MB);
         log.info("resizing hash to %uMb\n", unsigned(megabytes));
-        // Past 2 GB the kilobyte count no longer fits an int; the table caps far below that anyway.
-        tt.alloc(megabytes > 0x1FFFFF ? 0x7FFFFFFF : megabytes * 1024);
+        tt.alloc(megabytes * 1024);
         log.info("resized\n");
     } else if (name == "Clear" && nextWord(args) == "Hash") {
         log.info("clearing tt...");

@@ -57,7 +57,8 @@ TEST(UciHandshake, EachUciOpensTheNextFreeLogFile) {
     std::string second = readFile(directory + "/logs/kelvra-0004.log");
     EXPECT_NE(first.find("readyok"), std::string::npos) << first;
     // The old file hears where the log goes next.
-    EXPECT_NE(first.find("redirecting output to " + directory + ", file=logs/kelvra-0004.log\n"), std::string::npos)
+    EXPECT_NE(first.find("redirecting output to " + directory + ", file=logs/kelvra-0004.log\n"),
+              std::string::npos)
         << first;
     EXPECT_NE(second.find("exit()!"), std::string::npos) << second;
 }
@@ -77,7 +78,8 @@ TEST(UciHandshake, TraceLinesNameTheStatus) {
     UciSession session("uci_trace", "uci.trace=1\n");
     std::string out = session.settle("position startpos\nxyzzy\nucinewgame\n");
     EXPECT_TRUE(std::regex_search(out, std::regex("trace \\d{10}\\[pos\\]: position\\(\\) ok\n"))) << out;
-    EXPECT_TRUE(std::regex_search(out, std::regex("trace \\d{10}\\[pos\\]: unknown uci command: xyzzy\n"))) << out;
+    EXPECT_TRUE(std::regex_search(out, std::regex("trace \\d{10}\\[pos\\]: unknown uci command: xyzzy\n")))
+        << out;
     EXPECT_NE(out.find("no such command: xyzzy"), std::string::npos) << out;
     EXPECT_TRUE(std::regex_search(out, std::regex("trace \\d{10}\\[pos\\]: newgame!\n"))) << out;
     // Traces go to the log whether or not they are shown.
@@ -94,13 +96,16 @@ TEST(UciOptions, EveryOptionIsTakenAndLogged) {
         "setoption name Threads value 1\n"
         "setoption name UCI_Opponent value GM 2800 human Some Player\n"
         "setoption name UCI_EngineAbout value anything\n"
-        "setoption name NoSuchOption value 3\n");
+        "setoption name NoSuchOption value 3\n"
+        "setoption name Hash value -5\n");
     // Options are answered in the log only, never to the GUI.
     EXPECT_EQ(out, "readyok\n");
     std::string log = session.logText();
-    for (const char* line : {"resizing hash to 16Mb\n", "resized\n", "clearing tt...tt cleared", "canponder=0\n",
-                             "usebook=0\n", "setting cpus=1\n", "Opponent=GM Some Player, human, elo=2800\n",
-                             "Option not supported: UCI_EngineAbout\n", "Option not supported: NoSuchOption\n"})
+    for (const char* line :
+         {"resizing hash to 16Mb\n", "resized\n", "clearing tt...tt cleared", "canponder=0\n", "usebook=0\n",
+          "setting cpus=1\n", "Opponent=GM Some Player, human, elo=2800\n",
+          "Option not supported: UCI_EngineAbout\n", "Option not supported: NoSuchOption\n",
+                             "resizing hash to 1Mb\n"})
         EXPECT_NE(log.find(line), std::string::npos) << line << " not in\n" << log;
 
     // The resized and cleared table serves the next search.
@@ -117,7 +122,8 @@ TEST(UciOptions, PonderTakesOnlyTrueAndWidensTheTimeShare) {
         session.exchange("stop\n", "bestmove ");
         std::string log = session.logText().substr(before);
         std::smatch match;
-        EXPECT_TRUE(std::regex_search(log, match, std::regex("Nominal search time is ([0-9.]+) seconds"))) << log;
+        EXPECT_TRUE(std::regex_search(log, match, std::regex("Nominal search time is ([0-9.]+) seconds")))
+            << log;
         return match.empty() ? 0.0 : std::stod(match[1]);
     };
     double plain = nominal("");
