@@ -10,9 +10,9 @@
 
 namespace eval {
 
-// A square table written as the design lists it: row 0 is the side's own first rank, row 7 its
-// eighth, files a..h. Read for White as it stands and for Black with the ranks mirrored, so one
-// table serves both colours.
+// A square table by own rank: row 0 is the side's own first rank, row 7 its eighth, files a..h.
+// Read for White as it stands and for Black with the ranks mirrored, so one table serves both
+// colours.
 using RankTable = int[8][8];
 
 constexpr int ownRank(int side, int square) {
