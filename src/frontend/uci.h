@@ -96,9 +96,10 @@ class Uci : public SearchListener {
 extern Uci uci;
 
 // The clock handed to the time control for a "go" with t milliseconds left: a fixed reserve of three
-// seconds off a long clock, half of a short one, never below 100 ms.
+// seconds off a long clock, half of a short one, at least 100 ms, but never more than the clock itself
+// (with less than 100 ms left, planning on 100 loses on time).
 constexpr int usableClock(int t) {
-    return t > 6000 ? t - 3000 : t / 2 > 100 ? t / 2 : 100;
+    return t > 6000 ? t - 3000 : t / 2 > 100 ? t / 2 : t < 100 ? t : 100;
 }
 
 // Move text of the protocol: from-square, to-square and a small promotion letter (e7e8q); "0000" for

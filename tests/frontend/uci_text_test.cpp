@@ -28,8 +28,10 @@ TEST(UciText, MovesAreCoordinatesWithASmallPromotionLetter) {
     EXPECT_EQ(moveText(makeMoveWord(square('e', '2'), square('e', '4'), 0, MOVE_DOUBLE_PUSH)), "e2e4");
     EXPECT_EQ(moveText(makeMoveWord(square('a', '1'), square('h', '8'), 17)), "a1h8");
     // Castling is the king's own step; check and reduction marks never show.
-    EXPECT_EQ(moveText(makeMoveWord(square('e', '8'), square('c', '8'), 0, MOVE_CASTLING | MOVE_CHECK)), "e8c8");
-    EXPECT_EQ(moveText(makeMoveWord(square('g', '1'), square('f', '3'), 0, MOVE_REDUCED | MOVE_CHECKS)), "g1f3");
+    EXPECT_EQ(moveText(makeMoveWord(square('e', '8'), square('c', '8'), 0, MOVE_CASTLING | MOVE_CHECK)),
+              "e8c8");
+    EXPECT_EQ(moveText(makeMoveWord(square('g', '1'), square('f', '3'), 0, MOVE_REDUCED | MOVE_CHECKS)),
+              "g1f3");
     const Move push = makeMoveWord(square('e', '7'), square('d', '8'), 20);
     EXPECT_EQ(moveText(push | promotionFlag(7)), "e7d8q");
     EXPECT_EQ(moveText(push | promotionFlag(6)), "e7d8r");
@@ -55,7 +57,9 @@ TEST(UciText, ClockHandedToTheTimeControl) {
     EXPECT_EQ(usableClock(6001), 3001);
     EXPECT_EQ(usableClock(60000), 57000);
     EXPECT_EQ(usableClock(150), 100);
-    EXPECT_EQ(usableClock(0), 100);
+    EXPECT_EQ(usableClock(100), 100);
+    EXPECT_EQ(usableClock(60), 60);
+    EXPECT_EQ(usableClock(0), 0);
 }
 
 }  // namespace
