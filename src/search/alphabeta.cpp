@@ -69,25 +69,25 @@ bool isExemptFromReduction(SearchThread& thread, Move move, int threatSquare) {
     const uint8_t slot = board.at(from);
     const uint8_t code = pieceCode[slot];
     const uint8_t enemy = colourBit(side ^ 1);
+    bool worthExchange = from == threatSquare;
     if (isPawnSlot(slot)) {
         if (passedPawnFiles(thread, side) & (1 << fileOf(from))) return true;
         // A piece of the own side standing diagonally behind the target square guards it.
         const int behind = to - pawnStep(side);
-        const uint8_t left = board.at(behind - 1);
-        const uint8_t right = board.at(behind + 1);
-        const bool covered = (left != EMPTY && left != OFF_BOARD && colourOfSlot(left) == side) ||
-                             (right != EMPTY && right != OFF_BOARD && colourOfSlot(right) == side);
-        return covered && see(board, side, move) >= 0;
-    }
-    if (code & KNIGHT_BIT) {
+        for (int guard : {behind - 1, behind + 1}) {
+            const uint8_t occupant = board.at(guard);
+            if (occupant != EMPTY && occupant != OFF_BOARD && colourOfSlot(occupant) == side) worthExchange = true;
+        }
+    } else if (code & KNIGHT_BIT) {
         for (int step : KNIGHT_STEPS) {
             const uint8_t target = pieceCode[board.at(to + step)];
-            if ((target & enemy) && (target & (ROOK_BIT | BISHOP_BIT))) return see(board, side, move) >= 0;
+            if ((target & enemy) && (target & (ROOK_BIT | BISHOP_BIT))) worthExchange = true;
         }
-    } else if ((code & ROOK_BIT) && attacksHeavyPiece(board, from, to, code, side ^ 1)) {
-        return see(board, side, move) >= 0;
+    } else if (code & ROOK_BIT) {
+        if (attacksHeavyPiece(board, from, to, code, side ^ 1)) worthExchange = true;
     }
-    return from == threatSquare && see(board, side, move) >= 0;
+    // Each of these is only worth a full search when the piece is not simply lost on its square.
+    return worthExchange && see(board, side, move) >= 0;
 }
 
 }  // namespace
@@ -346,7 +346,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
             // Step 24. Splitting: with a single search thread no node ever splits.
             // (depth never reaches minSplitDepth, so the parallel search is not consulted.)
 
-            const bool reductionCandidate = mayReduce && stage > 3 && searched > 0;
+            const bool reductionCandidate = mayReduce && stage > 3;
             const bool exempt = reductionCandidate && isExemptFromReduction(thread, move, threatSquare);
             const bool passedPush =
                 futilityPruning && isPawnSlot(board.at(moveFrom(move))) &&
