@@ -27,12 +27,21 @@ int findCheckers(const Board& board, int* checkers) {
     };
     const int from = moveFrom(last);
     const int to = moveTo(last);
-    if (last & MOVE_CHECK) add((last & MOVE_CASTLING) ? (from + to) / 2 : to);
+    bool explained = true;
+    if (last & MOVE_CHECK) {
+        const int before = count;
+        add((last & MOVE_CASTLING) ? (from + to) / 2 : to);
+        explained &= count > before;
+    }
     if (last & MOVE_DISCOVERED) {
+        const int before = count;
         alongLine(from);
         if (last & MOVE_EN_PASSANT) alongLine(to ^ 16);
+        explained &= count > before;
     }
-    if (count) return count;
+    if (count && explained) return count;
+    // A check bit without its checker (set-up positions can make such words): search them all.
+    count = 0;
     for (int slot = enemy; slot < enemy + 64 && count < 2; ++slot) {
         const int square = board.pieceSquare[slot];
         if (onBoard(square) && pieceAttacks(board, square, king)) checkers[count++] = square;

@@ -57,7 +57,7 @@ struct Pins {
 // Sets the pieces pinned against the mover's king aside (no moves emitted).
 void setAsidePinned(Board& board, Pins& pins);
 // The pieces giving check to the side to move, found from the hints in lastMove and verified; a full
-// search when the hints name none. Returns their number (at most 2).
+// search when a check bit names none. Returns their number (at most 2).
 int findCheckers(const Board& board, int* checkers);
 // Whether `target` lies strictly between a slider checker and the king.
 bool blocksCheck(const Board& board, int checker, int king, int target);
