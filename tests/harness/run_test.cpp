@@ -19,7 +19,7 @@ bool sanitized() { return std::getenv("KELVRA_SANITIZED") != nullptr; }
 
 class EpdRunTest : public testing::Test {
 protected:
-    static void SetUpTestSuite() { tt.alloc(4 * 1024); }
+    static void SetUpTestSuite() { tt.alloc(Tt::MIN_KILOBYTES); }
 
     // Runs the file, capturing what the run prints.
     EpdRun run(const std::string& path, double seconds) {

@@ -10,7 +10,7 @@
 namespace {
 
 TEST(SelfTest, ThreadSlotsAndTheSearchThreadWakeAndStop) {
-    tt.alloc(1024);
+    tt.alloc(Tt::MIN_KILOBYTES);
     std::string detail;
     EXPECT_TRUE(threadSelfTest(detail)) << detail;
     EXPECT_NE(detail.find("8 slots woken 200 times and stopped"), std::string::npos) << detail;
