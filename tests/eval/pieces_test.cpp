@@ -1,10 +1,12 @@
-// The penalty part of the piece term, which the whole-score derivations do not reach: trapped
-// knights and bishops, the rook shut in by its own king, rooks on open files and on the seventh,
-// knights behind pawns. White's pieces in each case; the colour-flip test carries them to Black.
+// What the whole-score derivations do not reach: the penalty part of the piece term (trapped knights
+// and bishops, the rook shut in by its own king, rooks on open files and on the seventh, knights
+// behind pawns) and the king attack's zone squares, batteries and stacks. White's side in each case;
+// the colour-flip test carries them to Black.
 #include "eval/pieces.h"
 
 #include <gtest/gtest.h>
 
+#include "eval/king.h"
 #include "eval/pawns.h"
 #include "eval_support.h"
 
@@ -53,4 +55,21 @@ TEST(PawnStructure, MaterialWithoutItsBishopIsNotReached) {
     board->material[WHITE] += BISHOP_MATERIAL;  // a bishop the piece list does not hold
     auto context = std::make_unique<EvalContext>();
     EXPECT_DEATH(pawnevaluator(*context, *board), "pawnevaluator\\(\\): not reached!");
+}
+
+TEST(KingAttack, ZoneSquaresCoverBatteriesAndStacks) {
+    auto attack = [](const std::string& fen) { return evalKingAttack(*boardFrom(fen), WHITE); };
+    // One attacker weighs nothing (scale 16: 1 x -12 x 16 / 256 rounds to 0); two weigh
+    // 2 x -12 x 128 / 256 = -12.
+    // King g2; knight e5 hits f3; bishop h5 reaches the zone only at f3, which a pawn on e2 covers.
+    EXPECT_EQ(attack("k7/8/8/4n2b/8/8/4P1K1/8 w - -"), 0);
+    EXPECT_EQ(attack("k7/8/8/4n2b/8/4P3/6K1/8 w - -"), -12);  // e3 does not cover f3
+    // King g1; bishop d4 with a queen behind it on the diagonal counts twice; a rook there does not.
+    EXPECT_EQ(attack("k7/8/8/2q5/3b4/8/8/6K1 w - -"), -12);
+    EXPECT_EQ(attack("k7/8/8/2r5/3b4/8/8/6K1 w - -"), 0);
+    // Rooks on the h-file: the front one reaches h2 and the one behind it adds to count and weight:
+    // 4 x -12 x 128 / 256 = -24. A pawn on h2 shuts the file.
+    EXPECT_EQ(attack("k6r/7r/8/8/8/8/5PP1/6K1 w - -"), -24);
+    EXPECT_EQ(attack("k6r/8/8/8/8/8/5PP1/6K1 w - -"), -1);  // 2 x -12 x 16 / 256
+    EXPECT_EQ(attack("k6r/7r/8/8/8/8/5PPP/6K1 w - -"), 0);
 }
