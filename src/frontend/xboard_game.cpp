@@ -1,0 +1,233 @@
+// The game under xboard: moves from the GUI, taking them back, the clock, and thinking on the engine's
+// turn. The board keeps its whole history (its piece lists are never compacted) so every move played
+// here can be taken back.
+#include <cstdlib>
+#include <cstring>
+
+#include "board/notation.h"
+#include "book/book.h"
+#include "frontend/xboard.h"
+#include "search/timecontrol.h"
+
+namespace {
+
+String nextWord(String& source) {
+    return String::nextWord(source, " \t");
+}
+
+int nextNumber(String& source) {
+    return atoi(nextWord(source).c_str());
+}
+
+// "level" gives the base time as minutes or minutes:seconds.
+int baseTimeMs(const char* text) {
+    const int minutes = atoi(text);
+    const char* colon = strchr(text, ':');
+    return (minutes * 60 + (colon ? atoi(colon + 1) : 0)) * 1000;
+}
+
+}  // namespace
+
+Move Xboard::makeGameMove(Move move) {
+    const SavedState saved = saveState(gameBoard);
+    const Move made = makeMove(gameBoard, move);
+    if (made == NO_MOVE) return NO_MOVE;
+    gameBoard.lastMove = made;
+    undoStack.push_back({made, saved});
+    return made;
+}
+
+void Xboard::usermove() {
+    callOffSearch();
+    const String text = nextWord(args);
+    const Move move = positionValid ? isMove(gameBoard, text.c_str()) : NO_MOVE;
+    if (move == NO_MOVE || makeGameMove(move) == NO_MOVE) {
+        std::lock_guard<std::mutex> lock(outputLock);
+        fprintf(out, "Illegal Move: %s\n", text.c_str());
+        fflush(out);
+        return;
+    }
+    think();
+}
+
+void Xboard::undo() {
+    callOffSearch();
+    if (undoStack.empty()) {
+        std::lock_guard<std::mutex> lock(outputLock);
+        fputs("tellusererror cannot undo\n", out);
+        fflush(out);
+        return;
+    }
+    const UndoEntry last = undoStack.back();
+    undoStack.pop_back();
+    takeBack(gameBoard, last.move, last.state);
+    // The move before is the one that led here; its check bits say whether the side to move is in check.
+    gameBoard.lastMove = undoStack.empty() ? NO_MOVE : undoStack.back().move;
+}
+
+// "level MPS BASE INC": moves per session (0: the whole game), base minutes[:seconds], increment in
+// seconds.
+void Xboard::level() {
+    clock.movesPerSession = nextNumber(args);
+    const String base = nextWord(args);
+    clock.ownMs = clock.opponentMs = baseTimeMs(base.c_str());
+    clock.incrementMs = nextNumber(args) * 1000;
+    clock.moveTimeMs = -1;
+}
+
+// "st N": N seconds for every move.
+void Xboard::st() {
+    clock.moveTimeMs = nextNumber(args) * 1000;
+}
+
+// "sd N": think no deeper than N plies.
+void Xboard::sd() {
+    clock.depth = nextNumber(args);
+}
+
+// "time N" and "otim N": the clocks in centiseconds, sent before each move.
+void Xboard::time() {
+    clock.ownMs = nextNumber(args) * 10;
+}
+
+void Xboard::otim() {
+    clock.opponentMs = nextNumber(args) * 10;
+}
+
+bool Xboard::playBookMove() {
+    if (outOfBookPly != 0) return false;
+    const Move move = ownBook ? book.pick(gameBoard) : NO_MOVE;
+    if (move != NO_MOVE) {
+        playMove(move, NO_MOVE);
+        traceMessage("go()...ok [book]");
+        return true;
+    }
+    // The first search out of book: from here on the book stays shut until a new game.
+    outOfBookPly = gameBoard.ply + 1;
+    log.info("Uci:First search out of book is at %u ply\n", outOfBookPly);
+    return false;
+}
+
+void Xboard::setTimeLimits(int wtime, int btime, int winc, int binc, int movesToGo, int movetime,
+                           bool infinite) {
+    timeControl.start();
+    timeControl.infinite = infinite;
+    // The first moves after the book get more time: the table holds nothing yet to build on.
+    timeControl.outOfBook = 0;
+    if (outOfBookPly != 0 && gameBoard.ply + 1 >= outOfBookPly) {
+        timeControl.outOfBook = int((gameBoard.ply + 1 - outOfBookPly) >> 1) + 1;
+        log.info("out of book=%i\n", timeControl.outOfBook);
+    }
+
+    if (movetime >= 0) {
+        log.info("got hard moves/millis=%i/%i\n", movesToGo, movetime);
+        timeControl.setMoveTime(movetime);
+    } else {
+        const bool white = gameBoard.sideToMove == 0;
+        const int clockMs = white ? wtime : btime;
+        if (clockMs >= 0) {
+            log.info("got wb moves/millis=%i/%i\n", movesToGo, clockMs);
+            timeControl.setClock(movesToGo, usableClock(clockMs), white ? winc : binc);
+        } else {
+            // Depth or the limits of the last timed search end this one.
+            log.warning("NO TIME CALCULATED\n");
+        }
+    }
+    log.info("Nominal search time is %3.2f seconds, infinite=%i\n", timeControl.phaseLimit[2] / 1000.0,
+             int(timeControl.infinite.load()));
+}
+
+void Xboard::think() {
+    if (!positionValid || (engineSide != 0 && engineSide != 1) || engineSide != int(gameBoard.sideToMove))
+        return;
+    traceMessage("go()...");
+
+    // Step 1. The limits: the clock the GUI set, unless the argument text names others.
+    const bool white = gameBoard.sideToMove == 0;
+    int wtime = white ? clock.ownMs : clock.opponentMs;
+    int btime = white ? clock.opponentMs : clock.ownMs;
+    int winc = clock.incrementMs, binc = clock.incrementMs, depth = clock.depth, movetime = clock.moveTimeMs;
+    int movesToGo = 0;
+    if (clock.movesPerSession > 0)
+        movesToGo = clock.movesPerSession - int(gameBoard.ply / 2) % clock.movesPerSession;
+    bool infinite = false;
+    int newStatus = SEARCHING;
+    for (String word = nextWord(args); !word.empty() || !args.empty(); word = nextWord(args)) {
+        if (word == "wtime") wtime = nextNumber(args);
+        else if (word == "btime") btime = nextNumber(args);
+        else if (word == "winc") winc = nextNumber(args);
+        else if (word == "binc") binc = nextNumber(args);
+        else if (word == "depth") depth = nextNumber(args);
+        else if (word == "nodes") nextNumber(args);
+        else if (word == "movetime") movetime = nextNumber(args);
+        else if (word == "movestogo") movesToGo = nextNumber(args);
+        else if (word == "infinite") infinite = true;
+        else if (word == "ponder") {
+            log.info("START pondering\n");
+            infinite = true;
+            newStatus = PONDER;
+        }
+    }
+
+    // Step 2. The book; a ponder search must not answer early, so it searches even a book position.
+    if (newStatus != PONDER && playBookMove()) return;
+
+    // Step 3. The status; thinking out of turn still searches.
+    const int old = exchangeStatus(newStatus);
+    if (old != IDLE) log.warning("Expected current status==IDLE, got %i\n", old);
+
+    // Step 4. Depth and clock.
+    searchThread.maxDepth = depth;
+    setTimeLimits(wtime, btime, winc, binc, movesToGo, movetime, infinite);
+
+    // Step 5. The search runs on its own thread; input goes on being read meanwhile.
+    reported = Reported();
+    searchThread.listener = this;
+    searchThread.echoLines = false;
+    searchThread.startSearch(false);
+    traceMessage("go() ok");
+}
+
+void Xboard::callOffSearch() {
+    int old;
+    {
+        std::lock_guard<std::mutex> lock(statusLock);
+        old = status;
+        status = IDLE;
+        resultWithheld = false;
+    }
+    if (old == SEARCHING || old == PONDER) {
+        // The status is already IDLE, so finish drops the move: it belongs to a game that has moved on.
+        log.info("xboard: search called off\n");
+        searchThread.stopSearch();
+    }
+    // A search that has just reported its end may still be winding down; the board is its input.
+    searchThread.waitIdle();
+}
+
+void Xboard::stop() {
+    traceMessage("stop()...");
+    int old;
+    bool withheld;
+    {
+        // A ponder search stopped here answers like a normal one.
+        std::lock_guard<std::mutex> lock(statusLock);
+        old = status;
+        if (old == PONDER) status = SEARCHING;
+        withheld = resultWithheld;
+        resultWithheld = false;
+    }
+    if (old == IDLE) {
+        if (withheld) {
+            printInfoLine(searchThread.depth, searchThread.bestScore);
+            playMove(searchThread.bestMove(), NO_MOVE);
+        } else {
+            log.warning("xboard:: stop without preceeding go?\n");
+        }
+    } else {
+        log.info("uci:stop() START\n");
+        searchThread.stopSearch();
+        log.info("uci:stop() END\n");
+    }
+    traceMessage("stop() ok");
+}

@@ -1,0 +1,126 @@
+// The search's reports under xboard: "info" lines as the UCI handler writes them, and the "move" line
+// that plays the engine's answer.
+#include <algorithm>
+#include <cstdio>
+#include <string>
+
+#include "board/notation.h"
+#include "frontend/xboard.h"
+#include "platform/platform.h"
+#include "search/timecontrol.h"
+#include "search/tt.h"
+
+namespace {
+
+// Lines of current moves come at most this often, apart from the first root move of an iteration.
+constexpr uint32_t CURRMOVE_INTERVAL_MS = 100;
+// An unchanged line is repeated only when it has held this many iterations.
+constexpr int STABLE_DEPTHS = 8;
+
+// Speed as nodes per millisecond, as the UCI lines show it.
+uint64_t speed(uint64_t nodes, uint32_t ms) {
+    return nodes / std::max<uint32_t>(ms, 1);
+}
+
+// Per mille of the table taken over from earlier searches in this one.
+unsigned hashfull() {
+    uint64_t taken = 0;
+    for (const SearchThread& thread : searchThreads)
+        taken += thread.stats.ttReplacements.get() - thread.stats.ttSameAgeReplacements.get();
+    uint32_t entries = tt.entryCount();
+    return entries == 0 ? 0 : unsigned(std::min<uint64_t>(taken * 1000 / entries, 1000));
+}
+
+}  // namespace
+
+void Xboard::printInfoLine(int depth, int score) {
+    const uint32_t ms = timeControl.elapsed();
+    const uint64_t nodes = totalNodes();
+    char field[64];
+    std::string line;
+    snprintf(field, sizeof field, "info depth %u seldepth %u", unsigned(depth), unsigned(searchThread.seldepth));
+    line += field;
+    uciScoreText(field, score);
+    line += field;
+    // Signed here, unlike the UCI line: counts past 2^31 show negative, as they always have.
+    snprintf(field, sizeof field, " time %i nodes %i nps %i pv ", int(ms), int(nodes), int(speed(nodes, ms)));
+    line += field;
+    const Move* pv = searchThread.principalVariation();
+    for (int i = 0; i < MAX_PLY && pv[i] != NO_MOVE; i++) {
+        uciMoveText(field, pv[i]);
+        line += field;
+        line += ' ';
+    }
+    line += '\n';
+    std::lock_guard<std::mutex> lock(outputLock);
+    fputs(line.c_str(), out);
+    fflush(out);
+}
+
+void Xboard::playMove(Move best, Move ponder) {
+    char text[8];
+    uciMoveText(text, best);
+    // The log names the moves in the board's own form, on the position before the move.
+    char bestLog[MOVE_TEXT_SIZE], ponderLog[MOVE_TEXT_SIZE] = "";
+    moveToText(gameBoard, bestLog, best);
+    if (best != NO_MOVE && makeGameMove(best) == NO_MOVE) log.warning("move not played: %s\n", bestLog);
+    else if (ponder != NO_MOVE) moveToText(gameBoard, ponderLog, ponder);
+    {
+        std::lock_guard<std::mutex> lock(outputLock);
+        fprintf(out, "move %s\n", text);
+        fflush(out);
+    }
+    logAnswer("<--bestmove ", bestLog);
+    if (ponder != NO_MOVE) logAnswer("<--ponder ", ponderLog);
+    if (best == NO_MOVE) log.warning("No move generated! bm=%x\n", best);
+}
+
+void Xboard::reportLine(int depth, int score, Move best) {
+    const uint32_t ms = timeControl.elapsed();
+    const bool same = score == reported.score && best == reported.move;
+    reported.stable = same && depth - reported.depth > STABLE_DEPTHS;
+    if (reported.stable && ms < reported.nextReportMs) return;
+    printInfoLine(depth, score);
+    if (!same) {
+        reported.depth = depth;
+        reported.score = score;
+        reported.move = best;
+    }
+}
+
+void Xboard::reportMove(int depth, int moveIndex, Move move) {
+    const uint32_t ms = timeControl.elapsed();
+    if ((moveIndex > 0 || reported.stable) && ms < reported.nextReportMs) return;
+    reported.nextReportMs = ms + CURRMOVE_INTERVAL_MS;
+    const uint64_t nodes = totalNodes();
+    char text[8];
+    uciMoveText(text, move);
+    std::lock_guard<std::mutex> lock(outputLock);
+    if (moveIndex == 0) fprintf(out, "info depth %u\n", unsigned(depth));
+    fprintf(out, "info currmove %s currmovenumber %u time %i nodes %llu nps %llu hashfull %u\n", text,
+            unsigned(moveIndex + 1), int(ms), (unsigned long long)nodes, (unsigned long long)speed(nodes, ms),
+            hashfull());
+    fflush(out);
+}
+
+void Xboard::finish(int depth, int score, Move best) {
+    traceMessage("finished()...");
+    int old;
+    {
+        std::lock_guard<std::mutex> lock(statusLock);
+        old = status;
+        status = IDLE;
+        if (old == PONDER) resultWithheld = true;
+    }
+    if (old == PONDER) {
+        // A ponder search must not answer on its own; stop sends its move.
+        log.info("Uci:finish() delay sending bestmove, status is still 'pondering'\n");
+    } else if (old == IDLE) {
+        // Called off by a command that changed the game: its move belongs to no position any more.
+        log.info("xboard: finish() after the search was called off, move dropped\n");
+    } else {
+        printInfoLine(depth, score);
+        playMove(best, searchThread.ponderMove());
+    }
+    traceMessage("finished() ok");
+}
