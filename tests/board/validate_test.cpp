@@ -50,7 +50,7 @@ TEST(IsValidMove, AgreesWithTheGeneratorsOverThePerftTrees) {
     for (const PerftCase& c : cases) {
         Board board = boardFrom(c.fen.c_str());
         int counter = 0;
-        walk(board, depth - 1, 1, counter, [&](Board& b) {
+        walk(board, 2, 1, counter, [&](Board& b) {
             for (Move move : generated(b)) {
                 pool.insert(move);
                 pool.insert(move ^ MOVE_DOUBLE_PUSH);
@@ -86,7 +86,7 @@ TEST(IsValidMove, AgreesWithTheGeneratorsOverThePerftTrees) {
             }
         });
     }
-    EXPECT_GT(accepted, 10000);
+    EXPECT_GT(accepted, 1000);
 }
 
 TEST(IsValidMove, IgnoresMarksAndRefusesNonsense) {
