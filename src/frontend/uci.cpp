@@ -29,17 +29,6 @@ const char* const STATUS_NAMES[] = {"_idle_", "pos", "search", "ponder"};
 constexpr int HASH_MIN_MB = 1;
 constexpr int HASH_MAX_MB = 4096;
 
-String nextWord(String& source) {
-    return String::nextWord(source, " \t");
-}
-
-// Skips the words up to "value" and returns the one after it.
-String valueWord(String& source) {
-    while (!source.empty())
-        if (nextWord(source) == "value") return nextWord(source);
-    return String();
-}
-
 // The log directory and a numbered file name in it, with a separator between them unless the
 // directory already ends in one.
 std::string logFilePath(const char* directory, unsigned number) {
@@ -61,9 +50,9 @@ bool fileExists(const std::string& path) {
 
 int Uci::handleCommand(const char* command, const char* rest) {
     static constexpr UciCommand commands[] = {
-        {"uci", &Uci::handshake},   {"position", &Uci::position},     {"go", &Uci::go},
-        {"isready", &Uci::isready}, {"setoption", &Uci::setoption},   {"ucinewgame", &Uci::ucinewgame},
-        {"ponderhit", &Uci::ponderhit}, {"stop", &Uci::stop},         {"quit", &Uci::quit},
+        {"uci", &Uci::handshake},       {"position", &Uci::position},   {"go", &Uci::go},
+        {"isready", &Uci::isready},     {"setoption", &Uci::setoption}, {"ucinewgame", &Uci::ucinewgame},
+        {"ponderhit", &Uci::ponderhit}, {"stop", &Uci::stop},           {"quit", &Uci::quit},
     };
     if (command[0] == 0) return uciMode;
     if (uciMode) log.info("%010u:%s%s\n", platform::getTickCount(), command, rest);
@@ -81,6 +70,16 @@ int Uci::handleCommand(const char* command, const char* rest) {
         traceMessage(message.c_str());
     }
     return 0;
+}
+
+String Uci::nextArg() {
+    return String::nextWord(args, " \t");
+}
+
+String Uci::valueArg() {
+    while (!args.empty())
+        if (nextArg() == "value") return nextArg();
+    return String();
 }
 
 int Uci::exchangeStatus(int newStatus) {
@@ -151,9 +150,11 @@ void Uci::handshake() {
         fputs("option name Hash            type spin  default 32 min 1 max 4096\n", out);
         fputs("option name Ponder          type check default false\n", out);
         fputs("option name OwnBook         type check default true\n", out);
-        fprintf(out, "option name Threads         type spin default %i min 1 max %i\n", threadCount(), MAX_THREADS);
+        fprintf(out, "option name Threads         type spin default %i min 1 max %i\n", threadCount(),
+                MAX_THREADS);
         fputs("option name UCI_Opponent    type string\n", out);
-        fprintf(out, "option name UCI_EngineAbout type string default %s by %s\n", ENGINE_NAME, ENGINE_AUTHOR);
+        fprintf(out, "option name UCI_EngineAbout type string default %s by %s\n", ENGINE_NAME,
+                ENGINE_AUTHOR);
         fputs("uciok\n", out);
         fflush(out);
     }
@@ -173,7 +174,7 @@ void Uci::isready() {
 void Uci::setoption() {
     String name;
     while (!args.empty() && name.empty())
-        if (nextWord(args) == "name") name = nextWord(args);
+        if (nextArg() == "name") name = nextArg();
 
     // The table and the thread set must not change under a running search; GUIs send options only
     // while the engine waits, so a request during a search is logged and dropped.
@@ -192,29 +193,30 @@ void Uci::setoption() {
     }
 
     if (name == "UCI_Opponent") {
-        String title = valueWord(args);
-        String elo = nextWord(args);
-        String kind = nextWord(args);
-        log.info("Opponent=%s %s, %s, elo=%i\n", title.c_str(), args.c_str(), kind.c_str(), atoi(elo.c_str()));
+        String title = valueArg();
+        String elo = nextArg();
+        String kind = nextArg();
+        log.info("Opponent=%s %s, %s, elo=%i\n", title.c_str(), args.c_str(), kind.c_str(),
+                 atoi(elo.c_str()));
     } else if (name == "Hash") {
         // Held to the range the option announces: a value past it is no GUI's, and could ask for more
         // memory than the machine has.
-        int megabytes = std::clamp(atoi(valueWord(args).c_str()), HASH_MIN_MB, HASH_MAX_MB);
+        int megabytes = std::clamp(atoi(valueArg().c_str()), HASH_MIN_MB, HASH_MAX_MB);
         log.info("resizing hash to %uMb\n", unsigned(megabytes));
         tt.alloc(megabytes * 1024);
         log.info("resized\n");
-    } else if (name == "Clear" && nextWord(args) == "Hash") {
+    } else if (name == "Clear" && nextArg() == "Hash") {
         log.info("clearing tt...");
         tt.clear();
         log.info("tt cleared");
     } else if (name == "Ponder") {
-        timeControl.canPonder = valueWord(args) == "true";
+        timeControl.canPonder = valueArg() == "true";
         log.info("canponder=%u\n", unsigned(timeControl.canPonder));
     } else if (name == "OwnBook") {
-        ownBook = valueWord(args) == "true";
+        ownBook = valueArg() == "true";
         log.info("usebook=%u\n", unsigned(ownBook));
     } else if (name == "Threads") {
-        int count = atoi(valueWord(args).c_str());
+        int count = atoi(valueArg().c_str());
         log.info("setting cpus=%i\n", count);
         setThreads(count);
     } else {

@@ -70,6 +70,10 @@ class Uci : public SearchListener {
     // Stops a running search and waits for the search thread to be idle again.
     void stopSearch();
 
+    // The next word of the argument text, and the word after the next "value".
+    String nextArg();
+    String valueArg();
+
     int exchangeStatus(int newStatus);
     void setStatus(int newStatus);
     const char* statusName();

@@ -5,18 +5,6 @@
 #include "frontend/uci.h"
 #include "search/timecontrol.h"
 
-namespace {
-
-String nextWord(String& source) {
-    return String::nextWord(source, " \t");
-}
-
-int nextNumber(String& source) {
-    return atoi(nextWord(source).c_str());
-}
-
-}  // namespace
-
 bool Uci::playBookMove() {
     if (outOfBook.ply != 0) return false;
     Move move = ownBook ? book.pick(gameBoard) : NO_MOVE;
@@ -33,7 +21,8 @@ bool Uci::playBookMove() {
     return false;
 }
 
-void Uci::setTimeLimits(int wtime, int btime, int winc, int binc, int movesToGo, int movetime, bool infinite) {
+void Uci::setTimeLimits(int wtime, int btime, int winc, int binc, int movesToGo, int movetime,
+                        bool infinite) {
     timeControl.start();
     timeControl.infinite = infinite;
     // The first moves after the book get more time: the table holds nothing yet to build on.
@@ -75,22 +64,24 @@ void Uci::go() {
 
     // Step 1. The limits.
     int wtime = -1, btime = -1, winc = 0, binc = 0, depth = 0, movesToGo = 0, movetime = -1;
+    int nodes = 0;  // read and left unused: the search knows no node limit
     bool infinite = false;
     int newStatus = SEARCHING;
-    for (String word = nextWord(args); !word.empty() || !args.empty(); word = nextWord(args)) {
-        if (word == "wtime") wtime = nextNumber(args);
-        else if (word == "btime") btime = nextNumber(args);
-        else if (word == "winc") winc = nextNumber(args);
-        else if (word == "binc") binc = nextNumber(args);
-        else if (word == "depth") depth = nextNumber(args);
-        else if (word == "nodes") nextNumber(args);
-        else if (word == "movetime") movetime = nextNumber(args);
-        else if (word == "movestogo") movesToGo = nextNumber(args);
-        else if (word == "infinite") infinite = true;
-        else if (word == "ponder") {
+    const struct {
+        const char* word;
+        int* value;
+    } numbers[] = {{"wtime", &wtime}, {"btime", &btime}, {"winc", &winc},         {"binc", &binc},
+                   {"depth", &depth}, {"nodes", &nodes}, {"movetime", &movetime}, {"movestogo", &movesToGo}};
+    for (String word = nextArg(); !word.empty() || !args.empty(); word = nextArg()) {
+        if (word == "infinite") {
+            infinite = true;
+        } else if (word == "ponder") {
             log.info("START pondering\n");
             infinite = true;
             newStatus = PONDER;
+        } else {
+            for (const auto& number : numbers)
+                if (word == number.word) *number.value = atoi(nextArg().c_str());
         }
     }
 
@@ -117,24 +108,24 @@ void Uci::go() {
 void Uci::ponderhit() {
     traceMessage("ponderhit()...");
     switch (exchangeStatus(SEARCHING)) {
-    case IDLE:
-        // The ponder search ended before the opponent moved; its answer was held back until now.
-        log.info("Uci:ponderhit(): already finished\n");
-        setStatus(IDLE);
-        printInfoLine(searchThread.depth, searchThread.bestScore);
-        printBestmove(searchThread.bestMove(), searchThread.ponderMove());
-        break;
-    case POSITION:
-        log.warning("uci:: ponderhit without preceeding go(): send bestmove 0000\n");
-        setStatus(POSITION);
-        printBestmove(NO_MOVE, NO_MOVE);
-        break;
-    case PONDER:
-        searchThread.ponderhit();
-        break;
-    case SEARCHING:
-        log.warning("uci::ponderhit status==SEARCHING, ponderhit ignored\n");
-        break;
+        case IDLE:
+            // The ponder search ended before the opponent moved; its answer was held back until now.
+            log.info("Uci:ponderhit(): already finished\n");
+            setStatus(IDLE);
+            printInfoLine(searchThread.depth, searchThread.bestScore);
+            printBestmove(searchThread.bestMove(), searchThread.ponderMove());
+            break;
+        case POSITION:
+            log.warning("uci:: ponderhit without preceeding go(): send bestmove 0000\n");
+            setStatus(POSITION);
+            printBestmove(NO_MOVE, NO_MOVE);
+            break;
+        case PONDER:
+            searchThread.ponderhit();
+            break;
+        case SEARCHING:
+            log.warning("uci::ponderhit status==SEARCHING, ponderhit ignored\n");
+            break;
     }
     traceMessage("ponderhit() ok");
 }
@@ -142,22 +133,22 @@ void Uci::ponderhit() {
 void Uci::stop() {
     traceMessage("stop()...");
     switch (exchangeStatus(IDLE)) {
-    case IDLE:
-        // The ponder search ended before the opponent moved: its withheld answer, without ponder move.
-        printInfoLine(searchThread.depth, searchThread.bestScore);
-        printBestmove(searchThread.bestMove(), NO_MOVE);
-        break;
-    case POSITION:
-        log.warning("uci:: stop without preceeding go?\n");
-        printBestmove(NO_MOVE, NO_MOVE);
-        break;
-    case SEARCHING:
-    case PONDER:
-        // The status is no longer PONDER, so the search's finish prints the bestmove.
-        log.info("uci:stop() START\n");
-        stopSearch();
-        log.info("uci:stop() END\n");
-        break;
+        case IDLE:
+            // The ponder search ended before the opponent moved: its withheld answer, without ponder move.
+            printInfoLine(searchThread.depth, searchThread.bestScore);
+            printBestmove(searchThread.bestMove(), NO_MOVE);
+            break;
+        case POSITION:
+            log.warning("uci:: stop without preceeding go?\n");
+            printBestmove(NO_MOVE, NO_MOVE);
+            break;
+        case SEARCHING:
+        case PONDER:
+            // The status is no longer PONDER, so the search's finish prints the bestmove.
+            log.info("uci:stop() START\n");
+            stopSearch();
+            log.info("uci:stop() END\n");
+            break;
     }
     traceMessage("stop() ok");
 }

@@ -5,14 +5,6 @@
 #include "board/notation.h"
 #include "frontend/uci.h"
 
-namespace {
-
-String nextWord(String& source) {
-    return String::nextWord(source, " \t");
-}
-
-}  // namespace
-
 void Uci::position() {
     traceMessage("position()...");
 
@@ -31,13 +23,13 @@ void Uci::position() {
     searchThread.waitIdle();
 
     // Step 2. The position itself; any other first word leaves the board as it is.
-    String word = nextWord(args);
+    String word = nextArg();
     if (word == "startpos") {
         gameBoard.setFen(START_FEN);
-        word = nextWord(args);
+        word = nextArg();
     } else if (word == "fen") {
         std::string fen;
-        for (word = nextWord(args); !word.empty() && !(word == "moves"); word = nextWord(args)) {
+        for (word = nextArg(); !word.empty() && !(word == "moves"); word = nextArg()) {
             if (!fen.empty()) fen += ' ';
             fen += word.c_str();
         }
@@ -55,7 +47,7 @@ void Uci::position() {
     // Step 3. The moves; the first one that is no move or not legal ends the list.
     bool reachedOutOfBook = false;
     if (word == "moves") {
-        for (word = nextWord(args); !word.empty(); word = nextWord(args)) {
+        for (word = nextArg(); !word.empty(); word = nextArg()) {
             if (word.c_str()[0] == '.') {
                 log.info("SKIP continuation move: %s\n", word.c_str());
                 continue;

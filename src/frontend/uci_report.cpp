@@ -38,7 +38,8 @@ void Uci::printInfoLine(int depth, int score) {
     const uint64_t nodes = totalNodes();
     char field[64];
     std::string line;
-    snprintf(field, sizeof field, "info depth %u seldepth %u", unsigned(depth), unsigned(searchThread.seldepth));
+    snprintf(field, sizeof field, "info depth %u seldepth %u", unsigned(depth),
+             unsigned(searchThread.seldepth));
     line += field;
     uciScoreText(field, score);
     line += field;

@@ -105,7 +105,7 @@ TEST(UciOptions, EveryOptionIsTakenAndLogged) {
          {"resizing hash to 16Mb\n", "resized\n", "clearing tt...tt cleared", "canponder=0\n", "usebook=0\n",
           "setting cpus=1\n", "Opponent=GM Some Player, human, elo=2800\n",
           "Option not supported: UCI_EngineAbout\n", "Option not supported: NoSuchOption\n",
-                             "resizing hash to 1Mb\n"})
+          "resizing hash to 1Mb\n"})
         EXPECT_NE(log.find(line), std::string::npos) << line << " not in\n" << log;
 
     // The resized and cleared table serves the next search.

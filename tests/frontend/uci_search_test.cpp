@@ -9,7 +9,8 @@
 namespace {
 
 const std::regex BESTMOVE("bestmove [a-h][1-8][a-h][1-8][nbrq]?( ponder [a-h][1-8][a-h][1-8][nbrq]?)?\n");
-const std::regex BESTMOVE_WITH_PONDER("bestmove [a-h][1-8][a-h][1-8][nbrq]? ponder [a-h][1-8][a-h][1-8][nbrq]?\n");
+const std::regex BESTMOVE_WITH_PONDER(
+    "bestmove [a-h][1-8][a-h][1-8][nbrq]? ponder [a-h][1-8][a-h][1-8][nbrq]?\n");
 
 bool has(const std::string& text, const std::regex& pattern) {
     return std::regex_search(text, pattern);
@@ -26,8 +27,9 @@ TEST(UciSearch, InfiniteSearchAnswersIsreadyAndEndsOnStop) {
     EXPECT_TRUE(has(out, BESTMOVE)) << out;
     EXPECT_EQ(countOf(out, "bestmove"), 1u) << out;
     // The last info line before the answer carries the whole report.
-    EXPECT_TRUE(has(out, std::regex("info depth \\d+ seldepth \\d+ score cp -?\\d+ time \\d+ nodes \\d+ nps \\d+ pv "
-                                     "([a-h][1-8][a-h][1-8] )+\nbestmove")))
+    EXPECT_TRUE(
+        has(out, std::regex("info depth \\d+ seldepth \\d+ score cp -?\\d+ time \\d+ nodes \\d+ nps \\d+ pv "
+                            "([a-h][1-8][a-h][1-8] )+\nbestmove")))
         << out;
     std::string log = session.logText();
     EXPECT_LT(log.find("uci:stop() START\n"), log.find("uci:stop() END\n")) << log;
@@ -35,9 +37,11 @@ TEST(UciSearch, InfiniteSearchAnswersIsreadyAndEndsOnStop) {
 
 TEST(UciSearch, ReportsCurrentMovesAndMateScores) {
     UciSession session("uci_reports");
-    std::string out = session.exchange("position fen 6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1\ngo depth 3\n", "bestmove ");
-    EXPECT_TRUE(has(out, std::regex("info depth 1\ninfo currmove [a-h][1-8][a-h][1-8] currmovenumber 1 time \\d+ "
-                                    "nodes \\d+ nps \\d+ hashfull \\d+\n")))
+    std::string out =
+        session.exchange("position fen 6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1\ngo depth 3\n", "bestmove ");
+    EXPECT_TRUE(
+        has(out, std::regex("info depth 1\ninfo currmove [a-h][1-8][a-h][1-8] currmovenumber 1 time \\d+ "
+                            "nodes \\d+ nps \\d+ hashfull \\d+\n")))
         << out;
     EXPECT_NE(out.find(" score mate 1 "), std::string::npos) << out;
     EXPECT_NE(out.find("bestmove a1a8\n"), std::string::npos) << out;
@@ -84,7 +88,8 @@ TEST(UciSearch, StopAndPonderhitWithoutGoAnswerTheNullMove) {
     EXPECT_EQ(session.settle("position startpos\nponderhit\n"), "bestmove 0000\nreadyok\n");
     std::string log = session.logText();
     EXPECT_NE(log.find("uci:: stop without preceeding go?\n"), std::string::npos) << log;
-    EXPECT_NE(log.find("uci:: ponderhit without preceeding go(): send bestmove 0000\n"), std::string::npos) << log;
+    EXPECT_NE(log.find("uci:: ponderhit without preceeding go(): send bestmove 0000\n"), std::string::npos)
+        << log;
 }
 
 TEST(UciSearch, EveryGoIsAnsweredByOneBestmove) {
@@ -97,7 +102,8 @@ TEST(UciSearch, EveryGoIsAnsweredByOneBestmove) {
         "go wtime 100000 btime 100000 movestogo 60 depth 2\n",
         "go nodes 5000 depth 2 searchmoves e2e4\n",
     };
-    for (const char* go : searches) session.exchange(std::string("position startpos moves d2d4\n") + go, "bestmove ");
+    for (const char* go : searches)
+        session.exchange(std::string("position startpos moves d2d4\n") + go, "bestmove ");
     session.exchange("position startpos\ngo infinite\n", "info depth");
     session.exchange("stop\n", "bestmove ");
     session.exchange("position startpos\ngo ponder wtime 1000 btime 1000\n", "info depth");

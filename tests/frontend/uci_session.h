@@ -13,7 +13,8 @@
 
 inline size_t countOf(const std::string& text, const std::string& what) {
     size_t count = 0;
-    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + what.size())) count++;
+    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + what.size()))
+        count++;
     return count;
 }
 
@@ -25,11 +26,12 @@ inline std::string readFile(const std::string& path) {
 }
 
 class UciSession {
-public:
+  public:
     // extraIni is appended to the ini file; "uci" is sent unless handshake is false.
     explicit UciSession(const std::string& name, const std::string& extraIni = "", bool handshake = true)
         : directory(scratchDirectory(name)),
-          engine({writeFile(directory, "test.ini", "search.nthreads=1\nuci.logdir=logs\n" + extraIni)}, directory) {
+          engine({writeFile(directory, "test.ini", "search.nthreads=1\nuci.logdir=logs\n" + extraIni)},
+                 directory) {
         if (handshake) exchange("uci\n", "uciok\n");
     }
 
@@ -48,7 +50,8 @@ public:
         size_t from = mark();
         EXPECT_TRUE(engine.send(lines)) << lines;
         EXPECT_TRUE(engine.waitFor(until, timeoutMs, from))
-            << "no \"" << until << "\" after " << lines << "output:\n" << since(from);
+            << "no \"" << until << "\" after " << lines << "output:\n"
+            << since(from);
         return since(from);
     }
 
