@@ -87,7 +87,7 @@ void printBenchPosition(int index, uint64_t nodes, uint32_t ms) {
 
 // "bench [depth]": the node total is the signature of the search; the last line is what scripts read.
 AfterCommand benchCommand(const char* rest) {
-    constexpr int DEFAULT_DEPTH = 10;
+    constexpr int DEFAULT_DEPTH = 8;
     int depth = DEFAULT_DEPTH;
     if (sscanf(rest, "%i", &depth) == 0 || depth < 1) {
         printf("illegal arg: %s\n", rest);
