@@ -1,6 +1,7 @@
 #include "frontend/util/textfile.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -11,8 +12,11 @@
 
 namespace {
 
-std::string writeFile(const std::string& name, const std::string& content) {
-    std::string path = testing::TempDir() + "textfile_" + name;
+// Each call gets a file of its own: ctest runs the tests of this binary as parallel processes.
+std::string writeFile(const std::string& content) {
+    static int files = 0;
+    std::string path =
+        testing::TempDir() + "textfile_" + std::to_string(getpid()) + "_" + std::to_string(++files);
     FILE* file = fopen(path.c_str(), "wb");
     fwrite(content.data(), 1, content.size(), file);
     fclose(file);
@@ -20,7 +24,7 @@ std::string writeFile(const std::string& name, const std::string& content) {
 }
 
 std::vector<std::string> readAll(const std::string& content) {
-    Textfile file(writeFile("lines", content).c_str());
+    Textfile file(writeFile(content).c_str());
     EXPECT_TRUE(file.isOpen());
     std::vector<std::string> lines;
     while (const char* line = file.readline()) lines.push_back(line);
