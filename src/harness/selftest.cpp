@@ -56,7 +56,9 @@ bool searchThreadStartsAndStops(std::string& detail) {
     SearchListener* listener = searchThread.listener;
     const bool statistics = searchThread.printStatistics, echo = searchThread.echoLines;
     const bool infinite = timeControl.infinite.load();
+    const int maxDepth = searchThread.maxDepth;
     gameBoard.setFen(START_FEN);
+    searchThread.maxDepth = 0;
     searchThread.listener = nullptr;
     searchThread.printStatistics = false;
     searchThread.echoLines = false;
@@ -85,6 +87,7 @@ bool searchThreadStartsAndStops(std::string& detail) {
     searchThread.printStatistics = statistics;
     searchThread.echoLines = echo;
     timeControl.infinite.store(infinite);
+    searchThread.maxDepth = maxDepth;
     if (passed) detail = "search thread started and stopped " + std::to_string(SEARCH_ROUNDS) + " times, slowest stop " +
                          std::to_string(slowest) + " ms";
     return passed;

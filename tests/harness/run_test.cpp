@@ -127,6 +127,7 @@ TEST_F(EpdRunTest, TheSearchStateIsPutBack) {
     EXPECT_EQ(searchThread.maxDepth, 7);
     EXPECT_EQ(searchThread.listener, none);
     EXPECT_EQ(r.results.seconds, 0.01);
+    searchThread.maxDepth = 0;
 
     EpdRun missing;
     EXPECT_FALSE(runEpdFile("/no/such/file.epd", 1, missing, stdout));
