@@ -33,7 +33,7 @@ void printSheetLine(const Board& board, FILE* stream, int pair) {
 
 void Board::print(FILE* stream, int mode) const {
     const int firstMover = static_cast<int>((sideToMove ^ ply) & 1);
-    const int pairs = (static_cast<int>(ply) + firstMover + 1) / 2;
+    const int pairs = ply ? (static_cast<int>(ply) + firstMover + 1) / 2 : 0;
     const int firstPair = pairs > SHEET_LINES ? pairs - SHEET_LINES : 0;
     for (int row = 16; row >= 0; --row) {
         if (row % 2 == 0) {

@@ -1,0 +1,90 @@
+// The position commands, bare FEN lines and move lines, through the engine binary.
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <string>
+
+#include "engine_process.h"
+
+namespace {
+
+// The output of a console session after the start-up text, from the first prompt on.
+std::string session(const std::string& input) {
+    EngineRun run = runEngine({}, input, scratchDirectory("position"));
+    EXPECT_EQ(run.exitCode, 0);
+    const size_t prompt = run.output.find("% ");
+    return prompt == std::string::npos ? run.output : run.output.substr(prompt);
+}
+
+int count(const std::string& text, const std::string& part) {
+    int n = 0;
+    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++n;
+    return n;
+}
+
+const std::string startFen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 0\n";
+
+TEST(PositionCommands, StartUpShowsTheStartPosition) {
+    EngineRun run = runEngine({}, "", scratchDirectory("position"));
+    const std::string beforePrompt = run.output.substr(0, run.output.find("% "));
+    EXPECT_NE(beforePrompt.find(" 8 |*r*|*n*|*b*|*q*|*k*|*b*|*n*|*r*|\n"), std::string::npos) << beforePrompt;
+    EXPECT_NE(beforePrompt.find(startFen + " hash="), std::string::npos) << beforePrompt;
+}
+
+TEST(PositionCommands, FenAndReset) {
+    std::string out = session("fen 4k3/8/8/8/8/8/8/4K2R w K - 5 9\nreset\n");
+    EXPECT_NE(out.find("4k3/8/8/8/8/8/8/4K2R w K - 0 0\n"), std::string::npos) << out;
+    EXPECT_NE(out.find(" 1 |   |   |   |   |(K)|   |   |(R)|  5-0=5 \n"), std::string::npos) << out;
+    EXPECT_NE(out.rfind(startFen), std::string::npos);
+    // A FEN that cannot be read leaves the position as it was, and the board is shown again.
+    out = session("fen 4k3/8/8/8/8/8/8/4K2x w\n");
+    EXPECT_NE(out.find("invalid char in fen: x\nsetfen failed\n"), std::string::npos) << out;
+    EXPECT_NE(out.find(startFen), std::string::npos) << out;
+}
+
+TEST(PositionCommands, MovesListsTheLegalMoves) {
+    EXPECT_EQ(session("m\n"),
+              "% #moves = 20\na2a3 a2a4 b2b3 b2b4 c2c3 c2c4 d2d3 d2d4 e2e3 e2e4 f2f3 f2f4 g2g3 g2g4 h2h3 h2h4 "
+              "Nb1a3 Nb1c3 Ng1f3 Ng1h3 \n% ");
+    const std::string out = session("fen 4k3/8/8/8/8/8/8/R3K3 b - -\nmoves\n");
+    EXPECT_EQ(out.find("1. ..."), std::string::npos) << out;  // no moves played, no score sheet
+    EXPECT_NE(out.find("#moves = 5\nKe8f8 Ke8d8 Ke8d7 Ke8e7 Ke8f7 \n"), std::string::npos) << out;
+    EXPECT_EQ(out.find("--!isMove()?!"), std::string::npos);
+}
+
+TEST(PositionCommands, PerftAndDivide) {
+    const std::string out = session("perft\nperft 0\nperft x\ndivide 2\n");
+    const std::regex line(" {20}  {6,9}\\d+ ops in +\\d+\\.\\d{3} seconds  ops/ms=[ \\d.a-z]{7},  ticks/op= +\\d+\n");
+    EXPECT_TRUE(std::regex_search(out, std::regex("perft 2\n {30}20 ops in")));
+    EXPECT_TRUE(std::regex_search(out, std::regex("\n {29}400 ops in")));
+    EXPECT_EQ(std::distance(std::sregex_iterator(out.begin(), out.end(), line), std::sregex_iterator()), 2) << out;
+    EXPECT_NE(out.find("% perft 0\n% illegal arg: x\n% ----divide---\n"), std::string::npos) << out;
+    EXPECT_NE(out.find("Ng1h3            20\n-------------------\ntotal           400\n"), std::string::npos) << out;
+}
+
+TEST(PositionCommands, BareFenLines) {
+    std::string out = session("4k3/8/8/8/8/8/8/4K3 b\n");
+    EXPECT_NE(out.find("4k3/8/8/8/8/8/8/4K3 b - - 0 0\n"), std::string::npos) << out;
+    // Without both kings the line is read as moves and refused.
+    out = session("8/8/8/8/8/8/8/8 w\n");
+    EXPECT_EQ(out,
+              "% illegal char in move 8/8/8/8/8/8/8/8: /\nnot a valid move: 8/8/8/8/8/8/8/8\n"
+              "no such command: 8/8/8/8/8/8/8/8\n% ");
+}
+
+TEST(PositionCommands, MoveLines) {
+    // Two moves: both played, the board shown once.
+    std::string out = session("e2e4 e7e5\n");
+    EXPECT_EQ(count(out, "\n     a   b   c   d   e   f   g   h\n"), 1);
+    EXPECT_NE(out.find("rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR w KQkq - 0 2\n"), std::string::npos) << out;
+    // A word that is no move stops the line; the move before it stays played and no board is shown.
+    out = session("e4 hello\nNf6\nm\n");
+    EXPECT_NE(out.find("% no such command: e4\n% "), std::string::npos) << out;
+    EXPECT_EQ(count(out, "     a   b   c   d"), 1);  // only after Nf6
+    EXPECT_NE(out.find("rnbqkb1r/pppppppp/5n2/8/4P3/8/PPPP1PPP/RNBQKBNR w KQkq - 1 2"), std::string::npos) << out;
+    EXPECT_EQ(session("e2e5\n"), "% not a valid move: e2e5\nno such command: e2e5\n% ");
+    EXPECT_EQ(session("0-0\n"), "% no such command: 0-0\n% ");
+    EXPECT_EQ(session("Ke2z\n"), "% illegal char in move Ke2z: z\nnot a valid move: Ke2z\nno such command: Ke2z\n% ");
+}
+
+}  // namespace
