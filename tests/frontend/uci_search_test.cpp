@@ -1,19 +1,15 @@
 // "go", "stop", "ponderhit", "isready" and "quit" around a running search, through the real binary.
 #include <gtest/gtest.h>
 
-#include <regex>
 #include <string>
 
 #include "uci_session.h"
 
 namespace {
 
-const std::regex BESTMOVE("bestmove [a-h][1-8][a-h][1-8][nbrq]?( ponder [a-h][1-8][a-h][1-8][nbrq]?)?\n");
-const std::regex BESTMOVE_WITH_PONDER(
-    "bestmove [a-h][1-8][a-h][1-8][nbrq]? ponder [a-h][1-8][a-h][1-8][nbrq]?\n");
-
-bool has(const std::string& text, const std::regex& pattern) {
-    return std::regex_search(text, pattern);
+// The answer with or without a ponder move.
+bool hasBestmove(const std::string& text) {
+    return contains(text, "bestmove @\n") || contains(text, "bestmove @ ponder @\n");
 }
 
 TEST(UciSearch, InfiniteSearchAnswersIsreadyAndEndsOnStop) {
@@ -24,12 +20,10 @@ TEST(UciSearch, InfiniteSearchAnswersIsreadyAndEndsOnStop) {
     EXPECT_EQ(out.find("bestmove"), std::string::npos) << out;
     out = session.exchange("stop\n", "bestmove ");
     out += session.settle("");
-    EXPECT_TRUE(has(out, BESTMOVE)) << out;
+    EXPECT_TRUE(hasBestmove(out)) << out;
     EXPECT_EQ(countOf(out, "bestmove"), 1u) << out;
     // The last info line before the answer carries the whole report.
-    EXPECT_TRUE(
-        has(out, std::regex("info depth \\d+ seldepth \\d+ score cp -?\\d+ time \\d+ nodes \\d+ nps \\d+ pv "
-                            "([a-h][1-8][a-h][1-8] )+\nbestmove")))
+    EXPECT_TRUE(contains(out, "info depth # seldepth # score cp # time # nodes # nps # pv @ *\nbestmove"))
         << out;
     std::string log = session.logText();
     EXPECT_LT(log.find("uci:stop() START\n"), log.find("uci:stop() END\n")) << log;
@@ -40,8 +34,7 @@ TEST(UciSearch, ReportsCurrentMovesAndMateScores) {
     std::string out =
         session.exchange("position fen 6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1\ngo depth 3\n", "bestmove ");
     EXPECT_TRUE(
-        has(out, std::regex("info depth 1\ninfo currmove [a-h][1-8][a-h][1-8] currmovenumber 1 time \\d+ "
-                            "nodes \\d+ nps \\d+ hashfull \\d+\n")))
+        contains(out, "info depth 1\ninfo currmove @ currmovenumber 1 time # nodes # nps # hashfull #\n"))
         << out;
     EXPECT_NE(out.find(" score mate 1 "), std::string::npos) << out;
     EXPECT_NE(out.find("bestmove a1a8\n"), std::string::npos) << out;
@@ -67,14 +60,14 @@ TEST(UciSearch, WithheldPonderResult) {
     out += session.settle("");
     EXPECT_EQ(out.find("bestmove"), std::string::npos) << out;
     out = session.exchange("ponderhit\n", "bestmove ");
-    EXPECT_TRUE(has(out, BESTMOVE_WITH_PONDER)) << out;
+    EXPECT_TRUE(contains(out, "bestmove @ ponder @\n")) << out;
     EXPECT_NE(out.find("info depth 2 seldepth"), std::string::npos) << out;
 
     out = session.exchange("position startpos moves e2e4\ngo ponder depth 2\n", "finished() ok\n");
     out += session.settle("");
     EXPECT_EQ(out.find("bestmove"), std::string::npos) << out;
     out = session.exchange("stop\n", "bestmove ");
-    EXPECT_TRUE(has(out, BESTMOVE)) << out;
+    EXPECT_TRUE(hasBestmove(out)) << out;
     EXPECT_EQ(out.find(" ponder "), std::string::npos) << out;
 
     std::string log = session.logText();

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
+#include <cstring>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -23,6 +25,39 @@ inline std::string readFile(const std::string& path) {
     std::stringstream content;
     content << file.rdbuf();
     return content.str();
+}
+
+// Whether text contains pattern, where '#' stands for a number (digits, perhaps after a '-'), '@' for
+// a move in protocol form (e2e4, e7e8q) and '*' for any run of characters within a line. (std::regex
+// trips a false warning of the compiler in the sanitizer builds.)
+inline bool matchesAt(const char* text, const char* pattern) {
+    if (!*pattern) return true;
+    if (*pattern == '*') {
+        for (const char* end = text;; end++) {
+            if (matchesAt(end, pattern + 1)) return true;
+            if (!*end || *end == '\n') return false;
+        }
+    }
+    if (*pattern == '#') {
+        if (*text == '-') text++;
+        if (!isdigit(static_cast<unsigned char>(*text))) return false;
+        while (isdigit(static_cast<unsigned char>(*text))) text++;
+        return matchesAt(text, pattern + 1);
+    }
+    if (*pattern == '@') {
+        for (int i = 0; i < 4; i++)
+            if (!(i % 2 ? text[i] >= '1' && text[i] <= '8' : text[i] >= 'a' && text[i] <= 'h')) return false;
+        text += 4;
+        if (*text && strchr("nbrq", *text) && matchesAt(text + 1, pattern + 1)) return true;
+        return matchesAt(text, pattern + 1);
+    }
+    return *text == *pattern && matchesAt(text + 1, pattern + 1);
+}
+
+inline bool contains(const std::string& text, const char* pattern) {
+    for (size_t at = 0; at <= text.size(); at++)
+        if (matchesAt(text.c_str() + at, pattern)) return true;
+    return false;
 }
 
 class UciSession {
