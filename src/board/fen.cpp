@@ -3,13 +3,12 @@
 #include <utility>
 
 #include "board/board.h"
+#include "board/movegen_helpers.h"
 #include "board/notation.h"
 #include "board/tables.h"
 #include "frontend/util/log.h"
 
 namespace {
-
-Log fenLog;
 
 // Letter -> kind index, 0 for a character that names no piece.
 int kindOfLetter(char letter) {
@@ -52,17 +51,6 @@ const char* skipBlanks(const char* p) {
     return p;
 }
 
-// Whether the piece on `from` attacks `target`: geometry, and for a slider a clear path.
-bool attacks(const Board& board, int from, int target) {
-    const uint8_t slot = board.at(from);
-    if (!(attackMask[target - from] & pieceCode[slot])) return false;
-    if (!isSliderSlot(slot)) return true;
-    const int step = direction[target - from];
-    int square = from + step;
-    while (square != target && board.at(square) == EMPTY) square += step;
-    return square == target;
-}
-
 // Squares of the pieces of `colour` that attack `target`, up to `max`; returns how many were found.
 int findAttackers(const Board& board, int colour, int target, int* found, int max) {
     int count = 0;
@@ -70,7 +58,7 @@ int findAttackers(const Board& board, int colour, int target, int* found, int ma
     for (int slot = base; slot < base + 64; ++slot) {
         const uint8_t square = board.pieceSquare[slot];
         if (!onBoard(square)) continue;
-        if (attacks(board, square, target)) {
+        if (movegen::pieceAttacks(board, square, target)) {
             if (count < max) found[count] = square;
             ++count;
         }
@@ -131,7 +119,7 @@ const char* skipNumberField(const char* p, const char* message) {
     }
     while (std::isdigit(static_cast<unsigned char>(*p))) ++p;
     if (*p && *p != ' ') {
-        fenLog.info(message, *p);
+        Log().info(message, *p);
         while (*p && *p != ' ') ++p;
     }
     return p;
@@ -207,27 +195,27 @@ bool Board::setFen(const char* text) {
                 if (at(0x04) == whiteKing && pieceCode[at(0x07)] == (WHITE_BIT | ROOK_BIT))
                     castling |= WHITE_SHORT;
                 else
-                    fenLog.info("castling K invalid\n");
+                    Log().info("castling K invalid\n");
                 break;
             case 'Q':
                 if (at(0x04) == whiteKing && pieceCode[at(0x00)] == (WHITE_BIT | ROOK_BIT))
                     castling |= WHITE_LONG;
                 else
-                    fenLog.info("castling Q invalid\n");
+                    Log().info("castling Q invalid\n");
                 break;
             case 'k':
                 if (at(0x74) == blackKing && pieceCode[at(0x77)] == (BLACK_BIT | ROOK_BIT))
                     castling |= BLACK_SHORT;
                 else
-                    fenLog.info("castling k invalid\n");
+                    Log().info("castling k invalid\n");
                 break;
             case 'q':
                 if (at(0x74) == blackKing && pieceCode[at(0x70)] == (BLACK_BIT | ROOK_BIT))
                     castling |= BLACK_LONG;
                 else
-                    fenLog.info("castling q invalid\n");
+                    Log().info("castling q invalid\n");
                 break;
-            default: fenLog.info("setFen(): illegal castling char: %c\n", *p);
+            default: Log().info("setFen(): illegal castling char: %c\n", *p);
         }
     }
     if (*p == '-') ++p;
@@ -244,14 +232,14 @@ bool Board::setFen(const char* text) {
         const int square = rankChar * 16 + fileChar - 881;
         // Off-board results would index past the key table; they are as invalid as a1.
         if (square < 1 || square > 0x77 || !onBoard(square)) {
-            fenLog.info("FEN: invalid ep square: %x\n", square);
+            Log().info("FEN: invalid ep square: %x\n", square);
         } else {
             if (rankOf(square) == 2)
                 lastMove = makeMoveWord(square - 16, square + 16, 0, MOVE_DOUBLE_PUSH);
             else if (rankOf(square) == 5)
                 lastMove = makeMoveWord(square + 16, square - 16, 0, MOVE_DOUBLE_PUSH);
             else
-                fenLog.info("setFen() ep square on wrong row: %i\n", rankOf(square));
+                Log().info("setFen() ep square on wrong row: %i\n", rankOf(square));
             epSquare = static_cast<uint32_t>(square);
             hash ^= epKey(square);
         }
@@ -261,7 +249,7 @@ bool Board::setFen(const char* text) {
     p = skipNumberField(p, "illegal char in fifty: %c\n");
     p = skipNumberField(p, "illegal char in move nr: %c\n");
     p = skipBlanks(p);
-    if (*p) fenLog.info("fenfields: %s\n", p);
+    if (*p) Log().info("fenfields: %s\n", p);
 
     // Step 7. Both kings must be there and the side not to move must not be in check: the generators
     // and makeMove rely on it, and a king that could be taken would leave its list.
@@ -279,7 +267,7 @@ bool Board::setFen(const char* text) {
     if (lastMove) {
         char moveText[MOVE_TEXT_SIZE];
         moveToText(*this, moveText, lastMove);
-        fenLog.info("fen: pseudo last move=%s\n", moveText);
+        Log().info("fen: pseudo last move=%s\n", moveText);
     }
     return true;
 }

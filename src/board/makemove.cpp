@@ -2,12 +2,9 @@
 #include "board/makemove.h"
 
 #include "board/movegen.h"
+#include "board/movegen_helpers.h"
 
 namespace {
-
-constexpr uint8_t sliderBitOf(int step) {
-    return (step == 1 || step == -1 || step == 16 || step == -16) ? ROOK_BIT : BISHOP_BIT;
-}
 
 // Whether the first piece met walking from `king` through `square` is a slider of the colour with
 // `colourBitOfSlider` that moves along that line.
@@ -16,19 +13,8 @@ bool sliderBehind(const Board& board, int king, int square, uint8_t colourBitOfS
     if (!step) return false;
     int s = king + step;
     while (board.at(s) == EMPTY) s += step;
-    const uint8_t bit = sliderBitOf(step);
+    const uint8_t bit = movegen::lineBit(step);
     return (pieceCode[board.at(s)] & (WHITE_BIT | BLACK_BIT | bit)) == (colourBitOfSlider | bit);
-}
-
-// Whether the piece standing on `square` attacks `king` directly.
-bool attacksKing(const Board& board, int square, int king) {
-    const uint8_t slot = board.at(square);
-    if (!(attackMask[king - square] & pieceCode[slot])) return false;
-    if (!isSliderSlot(slot)) return true;
-    const int step = direction[king - square];
-    int s = square + step;
-    while (board.at(s) == EMPTY) s += step;
-    return s == king;
 }
 
 // Step 4: the check bits of the move just made, for the side now to move.
@@ -37,13 +23,13 @@ Move checkBits(const Board& board, Move move, int from, int to) {
     const uint8_t mover = colourBit(static_cast<int>(board.sideToMove ^ 1));
     Move bits = 0;
     if (move & MOVE_CASTLING) {
-        if (attacksKing(board, (from + to) / 2, king)) bits |= MOVE_CHECK;
+        if (movegen::pieceAttacks(board, (from + to) / 2, king)) bits |= MOVE_CHECK;
         return bits;
     }
     const int step = direction[from - king];
     if (step && direction[to - king] != step && sliderBehind(board, king, from, mover)) bits |= MOVE_DISCOVERED;
     if ((move & MOVE_EN_PASSANT) && sliderBehind(board, king, to ^ 16, mover)) bits |= MOVE_DISCOVERED;
-    if (attacksKing(board, to, king)) bits |= MOVE_CHECK;
+    if (movegen::pieceAttacks(board, to, king)) bits |= MOVE_CHECK;
     return bits;
 }
 
