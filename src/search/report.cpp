@@ -72,13 +72,11 @@ std::string formatScore(int score) {
 void printLine(SearchThread& thread, int score, const char* note) {
     std::string text = lineHead(thread, score);
     // The moves are written on a copy of the root position so that each gets its piece letter.
-    static_assert(sizeof(Board) < 64 * 1024, "the line printer copies the board");
     Board line = thread.board;
     for (const Move* move = thread.principalVariation(); *move != NO_MOVE; ++move) {
-        const Move plain = *move & 0x3FFFFF7F;
-        if (!isValidMove(line, plain)) break;
-        const Move made = makeMove(line, plain);
+        const Move made = makeMove(line, *move & 0x3FFFFF7F);
         if (made == NO_MOVE) break;
+        line.lastMove = made;
         char word[MOVE_TEXT_SIZE];
         moveToText(line, word, made);
         text += ' ';

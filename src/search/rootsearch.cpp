@@ -73,6 +73,21 @@ void SearchThread::generateRootMoves() {
     rootCount.store(count, std::memory_order_relaxed);
 }
 
+// The line below the root may end in moves taken from the table without a search of their own; it is
+// cut before the first one that cannot be played, so that reports and the ponder move stay legal.
+void SearchThread::trimRootLine() {
+    Board line = board;
+    for (Move* move = pv[0]; *move != NO_MOVE; ++move) {
+        const Move plain = *move & KILLER_MASK;
+        const Move made = isValidMove(line, plain) ? makeMove(line, plain) : NO_MOVE;
+        if (made == NO_MOVE) {
+            *move = NO_MOVE;
+            return;
+        }
+        line.lastMove = made;
+    }
+}
+
 // The depth of the first iteration: a deep enough table entry for the root lets the search begin
 // where the last one left off. Its move, when in the list, goes first.
 int SearchThread::startDepth() {
@@ -175,6 +190,7 @@ void SearchThread::searchRoot(int d) {
     rootMoves[0].score = score;
     bestScore = score;
     copyLine(*this, 0, made);
+    trimRootLine();
     if (listener) listener->reportLine(d, score, made);
     printLine(*this, score, nullptr);
     storeEntry(*this, 0, made & KILLER_MASK, score, d, TT_LOWER);
@@ -199,6 +215,7 @@ void SearchThread::searchRoot(int d) {
                     confirmed = true;
                     bestScore = score;
                     copyLine(*this, 0, made);
+                    trimRootLine();
                     std::rotate(rootMoves, rootMoves + i, rootMoves + i + 1);
                     if (listener) listener->reportLine(d, score, made);
                     printLine(*this, score, nullptr);

@@ -91,7 +91,7 @@ struct SearchThread {
     // The result, valid once the search has reported it.
     Move bestMove() const { return rootCount.load(std::memory_order_relaxed) > 0 ? rootMoves[0].move : NO_MOVE; }
     Move ponderMove() const { return rootCount > 0 && pv[0][0] == bestMove() ? pv[0][1] : NO_MOVE; }
-    // The current line, ended by a 0 word.
+    // The current line, ended by a 0 word; every move in it can be played.
     const Move* principalVariation() const { return pv[0]; }
 
     // Runs one search on this thread: set-up, iterative deepening, finish.
@@ -108,6 +108,7 @@ private:
     void generateRootMoves();
     int startDepth();
     void searchRoot(int depth);
+    void trimRootLine();
 };
 
 extern SearchThread (&searchThreads)[MAX_THREADS];
