@@ -10,6 +10,7 @@
 #include "eval/egbb.h"
 #include "eval/evaluate.h"
 #include "search/drawrules.h"
+#include "search/movesearch.h"
 #include "search/nodeutil.h"
 #include "search/picker.h"
 #include "search/searchthread.h"
@@ -88,6 +89,19 @@ bool isExemptFromReduction(SearchThread& thread, Move move, int threatSquare) {
     }
     // Each of these is only worth a full search when the piece is not simply lost on its square.
     return worthExchange && see(board, side, move) >= 0;
+}
+
+// Step 23 for a move that reached beta: remember it in the table, the killers and the line.
+int failHigh(SearchThread& thread, const NodeState& node, Move move, Move made, int v, bool first, int stage) {
+    SearchStats& stats = thread.stats;
+    storeEntry(thread, node.ply, move, v, node.depth, TT_LOWER);
+    if (v > MATE_BOUND - 1) thread.mateKiller[node.ply] = move & KILLER_MASK;
+    stats.cutNodes.add();
+    if (first) stats.firstCuts.add();
+    if (stage == 2 || stage == 3) stats.killerCuts.add();
+    if (isQuiet(move) && !node.inCheck) updateKillers(thread, node.ply, move);
+    setLine(thread, node.ply, made);
+    return v;
 }
 
 }  // namespace
@@ -334,81 +348,27 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
 
     // Step 20. The move loop.
     const bool mayReduce = depth >= 2 && !inCheck && alpha >= -(WON_BOUND - 1);
-    const int kingSquare = board.kingSquare(side);
+    const NodeState node{ply,     beta,     depth,     newDepth, lastMove, threatSquare,
+                         inCheck, extended, mayReduce, futilityPruning};
     while (Move* batch = picker.next()) {
         const int stage = picker.stage;
         if (stage == 4 && threat != NO_MOVE) picker.orderThreatEvasions(threat);
         for (Move* cursor = batch; cursor < picker.end; ++cursor) {
             const Move move = *cursor;
             if (move == NO_MOVE || (move == hashMove && !inCheck)) continue;
-            if (exposesKing(board, kingSquare, moveFrom(move), moveTo(move))) continue;
 
-            // Step 24. Splitting: with a single search thread no node ever splits.
-            // (depth never reaches minSplitDepth, so the parallel search is not consulted.)
-
-            const bool reductionCandidate = mayReduce && stage > 3;
-            const bool exempt = reductionCandidate && isExemptFromReduction(thread, move, threatSquare);
-            const bool passedPush =
-                futilityPruning && isPawnSlot(board.at(moveFrom(move))) &&
-                (passedPawnFiles(thread, side) & (1 << fileOf(moveFrom(move))));
-
-            const SavedState saved = saveState(board);
-            const Move made = makeMove(board, move);
-            if (made == NO_MOVE) continue;
-            tt.prefetch(board);
-            const int extension = extended ? 0 : moveExtension(board, made, lastMove, newDepth);
-
-            // Step 19, continued: skip hopeless quiet moves without a search.
-            if (futilityPruning && extension == 0 && !givesCheck(made) && !passedPush) {
-                takeBack(board, made, saved);
-                ++searched;
-                stats.qnodes.add();
-                stats.frontier.add();
-                continue;
-            }
-            if (stage == 2 || stage == 3) stats.killerTries.add();
-
-            // Step 21. Late-move reduction.
-            int v = 0;
-            bool done = false;
-            if (reductionCandidate && !exempt && extension == 0 && !givesCheck(made)) {
-                stats.reduceTries.add();
-                v = -alphaBeta(thread, ply + 1, -alpha - 1, -alpha, newDepth - 1, made | MOVE_REDUCED, NODE_CUT);
-                if (v <= alpha) {
-                    done = true;
-                    if (nodeType == NODE_CUT) nodeType = NODE_ALL;
-                } else {
-                    stats.reduceFails.add();
-                }
-            }
-
-            // Step 22. Full-depth search, null window first at later moves of PV nodes.
-            if (!done) {
-                const int d = newDepth + extension;
-                if (searched == 0 || nodeType != NODE_PV) {
-                    v = -alphaBeta(thread, ply + 1, -beta, -alpha, d, made, -nodeType);
-                } else {
-                    v = -alphaBeta(thread, ply + 1, -alpha - 1, -alpha, d, made, NODE_CUT);
-                    if (v > alpha && !thread.stop.load(std::memory_order_relaxed))
-                        v = -alphaBeta(thread, ply + 1, -beta, -alpha, d, made, NODE_PV);
-                }
-            }
-
-            // Step 23. Take the move back and see what it brought.
-            takeBack(board, made, saved);
-            if (thread.stop.load(std::memory_order_relaxed)) return 0;
+            // Steps 21 and 22.
+            int v;
+            Move made;
+            const MoveOutcome outcome = searchMove(thread, node, nodeType, alpha, searched == 0, move, stage, v, made);
+            if (outcome == MoveOutcome::ILLEGAL) continue;
             const bool first = searched == 0;
             ++searched;
-            if (v >= beta) {
-                storeEntry(thread, ply, move, v, depth, TT_LOWER);
-                if (v > MATE_BOUND - 1) thread.mateKiller[ply] = move & KILLER_MASK;
-                stats.cutNodes.add();
-                if (first) stats.firstCuts.add();
-                if (stage == 2 || stage == 3) stats.killerCuts.add();
-                if (isQuiet(move) && !inCheck) updateKillers(thread, ply, move);
-                setLine(thread, ply, made);
-                return v;
-            }
+            if (outcome == MoveOutcome::PRUNED) continue;
+
+            // Step 23. See what the move brought.
+            if (thread.stop.load(std::memory_order_relaxed)) return 0;
+            if (v >= beta) return failHigh(thread, node, move, made, v, first, stage);
             if (v > best) {
                 best = v;
                 bestMove = made;
@@ -468,4 +428,63 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
     stats.pvNodes.add();
     storeEntry(thread, ply, bestMove & KILLER_MASK, best, depth, TT_EXACT);
     return best;
+}
+
+MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType, int alpha, bool first, Move move,
+                       int stage, int& score, Move& made) {
+    Board& board = thread.board;
+    SearchStats& stats = thread.stats;
+    const int side = static_cast<int>(board.sideToMove);
+    if (exposesKing(board, board.kingSquare(side), moveFrom(move), moveTo(move))) return MoveOutcome::ILLEGAL;
+
+    const bool reductionCandidate = node.mayReduce && stage > 3;
+    const bool exempt = reductionCandidate && isExemptFromReduction(thread, move, node.threatSquare);
+    const bool passedPush = node.futilityPruning && isPawnSlot(board.at(moveFrom(move))) &&
+                            (passedPawnFiles(thread, side) & (1 << fileOf(moveFrom(move))));
+
+    const SavedState saved = saveState(board);
+    made = makeMove(board, move);
+    if (made == NO_MOVE) return MoveOutcome::ILLEGAL;
+    tt.prefetch(board);
+    // Step 17.
+    const int extension = node.extended ? 0 : moveExtension(board, made, node.lastMove, node.newDepth);
+
+    // Step 19, continued: skip hopeless quiet moves without a search.
+    if (node.futilityPruning && extension == 0 && !givesCheck(made) && !passedPush) {
+        takeBack(board, made, saved);
+        stats.qnodes.add();
+        stats.frontier.add();
+        return MoveOutcome::PRUNED;
+    }
+    if (stage == 2 || stage == 3) stats.killerTries.add();
+
+    // Step 21. Late-move reduction.
+    const int ply = node.ply;
+    const int beta = node.beta;
+    int v = 0;
+    bool done = false;
+    if (reductionCandidate && !exempt && extension == 0 && !givesCheck(made)) {
+        stats.reduceTries.add();
+        v = -alphaBeta(thread, ply + 1, -alpha - 1, -alpha, node.newDepth - 1, made | MOVE_REDUCED, NODE_CUT);
+        if (v <= alpha)
+            done = true;
+        else
+            stats.reduceFails.add();
+    }
+
+    // Step 22. Full-depth search, null window first at later moves of PV nodes.
+    if (!done) {
+        const int d = node.newDepth + extension;
+        if (first || nodeType != NODE_PV) {
+            v = -alphaBeta(thread, ply + 1, -beta, -alpha, d, made, -nodeType);
+        } else {
+            v = -alphaBeta(thread, ply + 1, -alpha - 1, -alpha, d, made, NODE_CUT);
+            if (v > alpha && !thread.stop.load(std::memory_order_relaxed))
+                v = -alphaBeta(thread, ply + 1, -beta, -alpha, d, made, NODE_PV);
+        }
+    }
+
+    takeBack(board, made, saved);
+    score = v;
+    return MoveOutcome::SEARCHED;
 }

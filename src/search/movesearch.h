@@ -1,0 +1,32 @@
+// One move of an interior node: the pruning, reduction and re-search rules that alphaBeta applies to
+// every move of its loop, and that the helpers of a split point apply to the moves they take from it.
+#pragma once
+
+#include "board/move.h"
+#include "search/searchthread.h"
+
+// What a node fixes before its move loop and keeps for all its moves.
+struct NodeState {
+    int ply;
+    int beta;
+    int depth;
+    int newDepth;   // depth of the children before per-move extensions
+    Move lastMove;  // the move that led to the node, with its check bits
+    int threatSquare;
+    bool inCheck;
+    bool extended;         // the node is extended already: no per-move extensions
+    bool mayReduce;        // late-move reductions allowed at this node
+    bool futilityPruning;  // hopeless quiet moves are skipped without a search
+};
+
+enum class MoveOutcome {
+    ILLEGAL,   // pinned or leaving the king in check: not a move of this node
+    PRUNED,    // skipped by futility, counts as searched
+    SEARCHED,  // score and made are set
+};
+
+// Searches move (drawn from picker stage `stage`) against the window (alpha, node.beta) at a node of
+// type nodeType; first tells whether it is the first move the node searches. The score is from the
+// node's side; it means nothing when the thread's stop flag is set afterwards.
+MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType, int alpha, bool first, Move move,
+                       int stage, int& score, Move& made);
