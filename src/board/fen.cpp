@@ -1,4 +1,5 @@
 // Reading and writing positions as FEN text.
+#include <algorithm>
 #include <cctype>
 #include <utility>
 
@@ -169,6 +170,18 @@ bool Board::setFen(const char* text) {
             ++file;
         } else {
             printf("invalid char in fen: %c\n", c);
+            return false;
+        }
+    }
+
+    // Pieces beyond the first set must come from promotions: this keeps every position within what a
+    // game can reach, and so every move list within MAX_MOVES.
+    for (int colour = WHITE; colour <= BLACK; ++colour) {
+        const uint32_t word = material[colour];
+        const int promoted = std::max(knightCount(word) - 2, 0) + std::max(bishopCount(word) - 2, 0) +
+                             std::max(rookCount(word) - 2, 0) + std::max(queenCount(word) - 1, 0);
+        if (pawnCount(word) + promoted > 8) {
+            printf("Illegal FEN: more pieces than promotions allow\n");
             return false;
         }
     }

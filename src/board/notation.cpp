@@ -24,7 +24,7 @@ void moveToText(const Board& board, char* text, Move move) {
     }
     // Step 3. The piece letter; the from-square is empty once the move has been made. A promotion
     // or en-passant capture is always a pawn's, whatever stands on the to-square afterwards.
-    if (!(move & (MOVE_PROMOTION | MOVE_EN_PASSANT))) {
+    if (!(move & (MOVE_PROMOTION | MOVE_EN_PASSANT)) && onBoard(from)) {
         uint8_t slot = board.at(from);
         if (slot == EMPTY) slot = board.at(to);
         const uint8_t code = pieceCode[slot];

@@ -39,6 +39,8 @@ TEST(SetFen, FatalFaultsPrintTheirLineAndFail) {
         {"4k3/8/8/8/8/8/8/44K w", "Illegal FEN: row too long\n"},
         {"4k3/8/8/8/8/8/PPPPPPPP/P3K3 w", "Illegal FEN: too many pieces: P\n"},
         {"4k3/8/8/8/8/8/8/4K2K w", "Illegal FEN: too many pieces: K\n"},
+        {"4k3/8/8/8/8/8/PPPPPPPP/QQ2K3 w", "Illegal FEN: more pieces than promotions allow\n"},
+        {"4k3/8/8/8/8/8/PPPPPPP1/QQ2K3 w", ""},
         {"8/8/8/8/8/8/8/4K3 w", "Illegal FEN: a king is missing\n"},
         {"", "Illegal FEN: a king is missing\n"},
         {"4k2R/8/8/8/8/8/8/4K3 w", "Illegal FEN: the side not to move is in check\n"},
