@@ -2,14 +2,16 @@
 """Nodes per second of Kelvra against another UCI engine, measured side by side.
 
 Each engine in turn gets `uci`, one thread, `ucinewgame`, `position startpos` and `go movetime T`;
-the speed of a run is nodes / time of its last info line that has both. The runs alternate so that a
-busy machine slows both alike. Kelvra's own nps field counts per millisecond, so the script computes
-every figure itself.
+the speed of a run is the nodes of its last info line that has nodes and time, divided by that time
+(wall clock) and by the processor time the engine process used (per CPU second, which a busy machine
+disturbs less; it includes the engine's start-up). The runs alternate so that a busy machine slows
+both alike. Kelvra's own nps field counts per millisecond, so the script computes every figure itself.
 
     bench/compare_nps.py build/release/kelvra /usr/games/glaurung --runs 5 --movetime 3000
 """
 import argparse
 import re
+import resource
 import statistics
 import subprocess
 import time
@@ -18,6 +20,7 @@ INFO = re.compile(r"\btime (\d+)\b.*?\bnodes (\d+)\b|\bnodes (\d+)\b.*?\btime (\
 
 
 def run(engine, setup, movetime):
+    before = resource.getrusage(resource.RUSAGE_CHILDREN)
     proc = subprocess.Popen([engine], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, bufsize=1)
     commands = ["uci"] + setup + ["ucinewgame", "isready", "position startpos", f"go movetime {movetime}"]
     proc.stdin.write("\n".join(commands) + "\n")
@@ -37,7 +40,10 @@ def run(engine, setup, movetime):
         proc.wait(timeout=5)
     except subprocess.TimeoutExpired:
         proc.kill()
-    return nodes * 1000 / max(ms, 1)
+        proc.wait()
+    after = resource.getrusage(resource.RUSAGE_CHILDREN)
+    cpu = (after.ru_utime + after.ru_stime) - (before.ru_utime + before.ru_stime)
+    return nodes * 1000 / max(ms, 1), nodes / max(cpu, 0.001)
 
 
 def main():
@@ -56,11 +62,14 @@ def main():
         for engine in (args.kelvra, args.other):
             results[engine].append(run(engine, setups[engine], args.movetime))
             time.sleep(0.2)
-    for engine, speeds in results.items():
-        print(f"{engine}: median {statistics.median(speeds) / 1e6:.2f} M nps "
-              f"(runs: {', '.join(f'{s / 1e6:.2f}' for s in speeds)})")
-    ratio = statistics.median(results[args.kelvra]) / statistics.median(results[args.other])
-    print(f"ratio: {ratio:.2f}")
+    for kind, index in (("wall", 0), ("cpu", 1)):
+        medians = {}
+        for engine, speeds in results.items():
+            values = [speed[index] for speed in speeds]
+            medians[engine] = statistics.median(values)
+            print(f"{kind} {engine}: median {medians[engine] / 1e6:.2f} M nps "
+                  f"(runs: {', '.join(f'{v / 1e6:.2f}' for v in values)})")
+        print(f"{kind} ratio: {medians[args.kelvra] / medians[args.other]:.2f}")
 
 
 if __name__ == "__main__":
