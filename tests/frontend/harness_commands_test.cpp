@@ -98,17 +98,6 @@ TEST(HarnessCommands, SuiteRunPrintsItsEstimate) {
     EXPECT_TRUE(std::filesystem::exists(directory + "/bs2830.tsr"));
 }
 
-TEST(HarnessCommands, SuitesWithoutARuleGetNoFigure) {
-    const std::string directory = scratchDirectory("harness_norule");
-    const std::string epd = writeFile(directory, "GS2930.epd", "4k3/8/8/3q4/8/8/3Q4/4K3 w - - bm Qxd5;\n");
-    const std::string out = session("epd " + epd + " 0.02\n", directory);
-    EXPECT_TRUE(has(out, "solved 1 of 1")) << out;
-    EXPECT_TRUE(
-        has(out, "\nGS2930: no published scoring rule is available for this suite, so no Elo estimate\n"))
-        << out;
-    EXPECT_FALSE(has(out, ": Elo ")) << out;
-}
-
 TEST(HarnessCommands, VflipAndSelftest) {
     const std::string directory = scratchDirectory("harness_checks");
     const std::string out = session("vflip " + SUITES + "lct2.epd\nselftest\n", directory);
