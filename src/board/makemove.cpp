@@ -107,9 +107,7 @@ Move makeCastling(Board& board, Move move, int from, int to) {
     return (move & ~MOVE_CHECKS) | checkBits(board, move, from, to);
 }
 
-}  // namespace
-
-Move makeMove(Board& board, Move move) {
+Move play(Board& board, Move move) {
     // The history has a fixed size; a line that would run past it is refused.
     if (board.ply >= MAX_PLY_HISTORY) return NO_MOVE;
     board.moves[board.ply] = move;
@@ -177,6 +175,14 @@ Move makeMove(Board& board, Move move) {
     return (move & ~MOVE_CHECKS) | checkBits(board, move, from, to);
 }
 
+}  // namespace
+
+Move makeMove(Board& board, Move move) {
+    const Move made = play(board, move);
+    if (made) board.lastMove = made;
+    return made;
+}
+
 void unmakeMove(Board& board, Move move) {
     const int from = moveFrom(move);
     const int to = moveTo(move);
@@ -228,12 +234,14 @@ bool makeNullMove(Board& board) {
     board.ply += 1;
     clearEpSquare(board);
     board.sideToMove ^= 1;
+    board.lastMove = NO_MOVE;
     return true;
 }
 
 void takeBackNullMove(Board& board, const SavedState& saved) {
     board.sideToMove ^= 1;
     board.epSquare = saved.epSquare;
+    board.lastMove = saved.lastMove;
     board.ply -= 1;
     board.hash = board.hashHistory[board.ply];
 }

@@ -1,5 +1,6 @@
 // Making and taking back moves. Every caller takes moves back with takeBack, restoring the SavedState
-// it took before makeMove.
+// it took before makeMove. makeMove records the move it returns in lastMove and takeBack restores the
+// previous one, so lastMove always tells the generators whether the side to move is in check.
 #pragma once
 
 #include "board/board.h"
@@ -12,14 +13,15 @@ struct SavedState {
     uint8_t castling;
     uint16_t lastIrreversible;
     uint64_t pawnHash;
+    Move lastMove;
 };
 
 inline SavedState saveState(const Board& board) {
-    return {board.epSquare, board.castling, board.lastIrreversible, board.pawnHash};
+    return {board.epSquare, board.castling, board.lastIrreversible, board.pawnHash, board.lastMove};
 }
 
 // Plays a generated move. Returns 0 when it is illegal (the board is then unchanged), else the move
-// with its check bits for the side now to move.
+// with its check bits for the side now to move, which also becomes lastMove.
 Move makeMove(Board& board, Move move);
 // Puts back the squares, lists and material of a special move (promotion, en passant, castling).
 void unmakeMove(Board& board, Move move);
@@ -31,6 +33,7 @@ inline void takeBack(Board& board, Move move, const SavedState& saved) {
     board.lastIrreversible = saved.lastIrreversible;
     board.castling = saved.castling;
     board.pawnHash = saved.pawnHash;
+    board.lastMove = saved.lastMove;
     board.ply -= 1;
     board.hash = board.hashHistory[board.ply];
     if (isSpecial(move)) {
@@ -50,7 +53,7 @@ inline void takeBack(Board& board, Move move, const SavedState& saved) {
     }
 }
 
-// The null move: the side to move passes; false (nothing done) when the history is full. Taken back
-// with takeBackNullMove and the SavedState taken before.
+// The null move: the side to move passes (lastMove becomes 0); false (nothing done) when the history
+// is full. Taken back with takeBackNullMove and the SavedState taken before.
 bool makeNullMove(Board& board);
 void takeBackNullMove(Board& board, const SavedState& saved);

@@ -16,15 +16,9 @@ uint64_t perft(Board& board, int depth, Move lastMove) {
     for (Move* move = moves; move != end; ++move) {
         const Move made = makeMove(board, *move);
         if (!made) continue;
-        if (depth > 1) {
-            board.lastMove = made;
-            count += perft(board, depth - 1, made);
-        } else {
-            count += 1;
-        }
+        count += depth > 1 ? perft(board, depth - 1, made) : 1;
         takeBack(board, *move, saved);
     }
-    board.lastMove = lastMove;
     return count;
 }
 
@@ -44,7 +38,6 @@ uint64_t divide(int depth, Move lastMove) {
     for (Move* move = moves; move != end; ++move) {
         const Move made = makeMove(board, *move);
         if (!made) continue;
-        board.lastMove = made;
         const uint64_t count = depth > 1 ? perft(board, depth - 1, made) : 1;
         char text[MOVE_TEXT_SIZE];
         moveToText(board, text, made);
@@ -52,7 +45,6 @@ uint64_t divide(int depth, Move lastMove) {
         total += count;
         takeBack(board, *move, saved);
     }
-    board.lastMove = lastMove;
     printf("-------------------\n");
     printf("total    %10" PRIu64 "\n", total);
     return total;

@@ -64,9 +64,13 @@ TEST(MakeMove, TakeBackRestoresEveryKindOfMove) {
         MoveList list;
         const SavedState saved = saveState(board);
         for (Move* move = list, *end = generateMoves(board, list); move != end; ++move) {
-            if (!makeMove(board, *move)) continue;
+            const Move lastMove = board.lastMove;
+            const Move made = makeMove(board, *move);
+            if (!made) continue;
             EXPECT_TRUE(board.check("made"));
+            EXPECT_EQ(board.lastMove, made);  // the generators of the next ply learn about checks from it
             takeBack(board, *move, saved);
+            EXPECT_EQ(board.lastMove, lastMove);
             EXPECT_TRUE(board.check("taken back"));
             EXPECT_EQ(fenOf(board), before);
             EXPECT_EQ(board.promotionCount, 0u);
@@ -108,11 +112,13 @@ TEST(MakeMove, NullMovePassesAndClearsTheEnPassantSquare) {
     const Board before = board;
     const SavedState saved = saveState(board);
     ASSERT_TRUE(makeNullMove(board));
+    EXPECT_EQ(board.lastMove, NO_MOVE);
     EXPECT_EQ(board.sideToMove, static_cast<uint32_t>(WHITE));
     EXPECT_EQ(board.epSquare, 0u);
     EXPECT_EQ(board.hash, before.hash ^ epKey(0x24));
     EXPECT_EQ(board.moves[0], NO_MOVE);
     takeBackNullMove(board, saved);
+    EXPECT_EQ(board.lastMove, before.lastMove);
     EXPECT_EQ(fenOf(board), fenOf(before));
     EXPECT_EQ(board.hash, before.hash);
     EXPECT_EQ(board.ply, 0u);
