@@ -6,7 +6,7 @@ a short random wait so the stop lands at varying points of the search, then "sto
 interval from writing "stop" to reading "bestmove". Each cycle ends with "isready"/"readyok" so that a
 second "bestmove" for the same "go" would be caught. Prints the latency percentiles in milliseconds.
 
-    bench/stop_latency.py [--binary build/release/kelvra] [--cycles 500]
+    bench/stop_latency.py [--binary build/release/kelvra] [--cycles 500] [--threads N]
 """
 import argparse
 import os
@@ -24,10 +24,11 @@ def percentile(sorted_values, p):
 
 
 class Engine:
-    def __init__(self, binary, workdir):
-        # An empty ini file keeps the run free of a book and of log files.
+    def __init__(self, binary, workdir, threads):
+        # No book and no log files; 0 threads is the engine's default of one per processor.
         ini = os.path.join(workdir, "bench.ini")
-        open(ini, "w").close()
+        with open(ini, "w") as file:
+            file.write("search.nthreads=%d\n" % threads)
         self.process = subprocess.Popen([binary, ini], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                         cwd=workdir, text=True, bufsize=1)
 
@@ -53,12 +54,13 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--binary", default=os.path.join(root, "build", "release", "kelvra"))
     parser.add_argument("--cycles", type=int, default=500)
+    parser.add_argument("--threads", type=int, default=0)
     parser.add_argument("--seed", type=int, default=1)
     args = parser.parse_args()
     random.seed(args.seed)
 
     with tempfile.TemporaryDirectory() as workdir:
-        engine = Engine(os.path.abspath(args.binary), workdir)
+        engine = Engine(os.path.abspath(args.binary), workdir, args.threads)
         engine.send("uci")
         engine.read_until("uciok")
         latencies = []
@@ -78,7 +80,7 @@ def main():
         engine.process.wait(timeout=10)
 
     values = sorted(latencies)
-    print("go/stop cycles: %d" % len(values))
+    print("go/stop cycles: %d, search threads: %s" % (len(values), args.threads or "one per processor"))
     print("stop -> bestmove latency ms: median %.2f  p90 %.2f  p99 %.2f  max %.2f  mean %.2f" % (
         statistics.median(values), percentile(values, 90), percentile(values, 99), values[-1],
         statistics.mean(values)))
