@@ -1,6 +1,5 @@
 #include "frontend/subsystem_hooks.h"
 
-#include <algorithm>
 #include <cstdio>
 
 #include "board/board.h"
@@ -28,15 +27,3 @@ void loadBitbases(const char* directory, int cacheMb) {
 }
 
 void resizeTt(int) {}
-
-namespace {
-int searchThreads = 1;
-}
-
-void setThreads(int count) {
-    searchThreads = std::clamp(count, 1, 8);
-}
-
-int threadCount() {
-    return searchThreads;
-}

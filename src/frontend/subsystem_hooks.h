@@ -3,6 +3,9 @@
 // body in subsystem_hooks.cpp (or moves the definition into the subsystem and deletes it there).
 #pragma once
 
+// setThreads and threadCount.
+#include "search/parallel.h"
+
 // Start-up: the board's move and attack tables, the evaluation tables, the remaining board tables,
 // in that order; then the transposition table (64 MB) and the per-thread pawn hash tables.
 void initTables();
@@ -22,8 +25,3 @@ void loadBitbases(const char* directory, int cacheMb);
 
 // "tt.cachemb": resizes the transposition table.
 void resizeTt(int kilobytes);
-
-// Leaves exactly count search threads ready (clamped to 1..8; the search thread is the first).
-void setThreads(int count);
-// The number of search threads in use.
-int threadCount();

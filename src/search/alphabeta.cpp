@@ -11,6 +11,7 @@
 #include "eval/evaluate.h"
 #include "search/drawrules.h"
 #include "search/movesearch.h"
+#include "search/parallel.h"
 #include "search/nodeutil.h"
 #include "search/picker.h"
 #include "search/searchthread.h"
@@ -125,7 +126,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
     // Step 4. Count the node and look at the clock now and then.
     stats.nodes.add();
     if ((stats.nodes.get() & 4095) == 0 && timeControl.outOfTime()) {
-        thread.stop.store(1, std::memory_order_relaxed);
+        stopAllThreads();
         return 0;
     }
 
@@ -356,6 +357,22 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
         for (Move* cursor = batch; cursor < picker.end; ++cursor) {
             const Move move = *cursor;
             if (move == NO_MOVE || (move == hashMove && !inCheck)) continue;
+
+            // Step 24. Offer the remaining moves to idle threads once the first move has shown that
+            // the node must search them all. With a single search thread no node is deep enough.
+            if (depth >= thread.minSplitDepth && searched > 0 && thread.activeSplits < MAX_SPLITS_PER_THREAD) {
+                SplitOutcome outcome{alpha, best, bestMove, NO_MOVE, 0};
+                if (splitNode(thread, node, nodeType, picker, cursor, inCheck ? NO_MOVE : hashMove, threat, outcome)) {
+                    if (thread.stop.load(std::memory_order_relaxed)) return 0;
+                    if (outcome.best >= beta)
+                        return failHigh(thread, node, outcome.cutMove, outcome.bestMove, outcome.best, false,
+                                        outcome.cutStage);
+                    alpha = outcome.alpha;
+                    best = outcome.best;
+                    bestMove = outcome.bestMove;
+                    break;  // the picker is empty now
+                }
+            }
 
             // Steps 21 and 22.
             int v;

@@ -7,6 +7,7 @@
 #include "board/movegen.h"
 #include "board/notation.h"
 #include "frontend/util/log.h"
+#include "search/parallel.h"
 #include "search/timecontrol.h"
 #include "search/tt.h"
 
@@ -98,7 +99,7 @@ void printMove(SearchThread& thread, int score, Move move, const char* mark) {
     emit(thread, text);
 }
 
-void logStatistics(SearchThread& master) {
+void logStatistics(SearchThread&) {
     SearchStats sum;
     for (const SearchThread& thread : searchThreads) sum.accumulate(thread.stats);
     const uint64_t nodes = sum.nodes.get();
@@ -127,7 +128,6 @@ void logStatistics(SearchThread& master) {
     append(text, "iid    : %5.2f%%\n", percent(sum.iidNodes.get(), all));
     text += "reduce :  tries=" + formatCount(sum.reduceTries.get());
     append(text, ", fail=%5.2f%%\n", percent(sum.reduceFails.get(), sum.reduceTries.get()));
-    text += "smp    : splits=" + formatCount(sum.splitNodes.get()) + "\n";
-    append(text, "master : wait=%ims\n", static_cast<int>(master.stats.splitWaitMs.get()));
+    text += splitStatistics();
     Log().info("%s", text.c_str());
 }

@@ -12,6 +12,7 @@
 #include "eval/evaluate.h"
 #include "frontend/util/log.h"
 #include "search/nodeutil.h"
+#include "search/parallel.h"
 #include "search/report.h"
 #include "search/searchthread.h"
 #include "search/timecontrol.h"
@@ -114,6 +115,7 @@ void SearchThread::search() {
     clearRecord();
     tt.newSearch();
     waitForWorkers();
+    wakeWorkers(board);
     generateRootMoves();
     const int count = rootCount.load(std::memory_order_relaxed);
     sortRootMoves(rootMoves, rootMoves + count);
@@ -129,7 +131,7 @@ void SearchThread::search() {
         depth.store(iteration, std::memory_order_relaxed);
         timeControl.setIteration(iteration);
         probePlyLimit = std::max(2, iteration * 2 / 3);
-        minSplitDepth = NO_SPLIT_DEPTH;
+        minSplitDepth = minimumSplitDepth();
         searchRoot(iteration);
 
         if (stopRequested(*this)) {
@@ -170,6 +172,7 @@ void SearchThread::search() {
     printLine(*this, bestScore, reason);
     if (listener) listener->finish(depth.load(std::memory_order_relaxed), bestScore, bestMove());
     stopAllThreads();
+    waitForWorkers();
     if (printStatistics) logStatistics(*this);
 }
 

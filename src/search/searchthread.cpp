@@ -1,5 +1,6 @@
 #include "search/searchthread.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "frontend/util/log.h"
@@ -50,10 +51,30 @@ void SearchThread::threadBody() {
     }
 }
 
+namespace {
+
+// A game too long for the history to hold a search on top of it keeps only its recent plies: all that
+// the draw rules read lies after the last capture or pawn move, and the fifty-move rule ends at 100.
+void makeRoomInHistory(Board& board) {
+    constexpr int KEEP = 128;
+    if (static_cast<int>(board.ply) + MAX_PLY + 8 <= MAX_PLY_HISTORY) return;
+    const int shift = static_cast<int>(board.ply) - KEEP;
+    std::memmove(board.hashHistory, board.hashHistory + shift, KEEP * sizeof board.hashHistory[0]);
+    std::memmove(board.moves, board.moves + shift, KEEP * sizeof board.moves[0]);
+    board.ply = KEEP;
+    board.lastIrreversible = static_cast<uint16_t>(std::max(0, board.lastIrreversible - shift));
+}
+
+}  // namespace
+
 void SearchThread::startSearch(bool synchronous) {
     stop.store(0, std::memory_order_relaxed);
     // The search works on its own copy: the protocol may set up the next position meanwhile.
     board = gameBoard;
+    makeRoomInHistory(board);
+    // What ponderhit reads must not be left over from the last search.
+    depth.store(0, std::memory_order_relaxed);
+    rootCount.store(0, std::memory_order_relaxed);
     idle.reset();
     if (synchronous) {
         search();
@@ -85,9 +106,3 @@ uint64_t totalNodes() {
     return sum;
 }
 
-void stopAllThreads() {
-    for (SearchThread& thread : searchThreads) thread.stop.store(1, std::memory_order_relaxed);
-}
-
-// Single-threaded for now: the search thread has no workers to wait for.
-void waitForWorkers() {}

@@ -1,0 +1,446 @@
+#include "search/parallel.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <thread>
+
+#include "board/makemove.h"
+#include "frontend/util/log.h"
+#include "platform/platform.h"
+#include "search/nodeutil.h"
+#include "search/report.h"
+#include "search/timecontrol.h"
+
+namespace {
+
+// What the parallel search keeps per thread slot beside the slot's SearchThread.
+struct WorkerSlot {
+    platform::Event idle;  // set while the worker sleeps between searches
+    platform::Event wake;
+    bool running = false;                         // the worker thread exists (main thread only)
+    std::atomic<bool> waiting{false};             // the idle flag: free to be taken by a split point
+    std::atomic<SplitPoint*> current{nullptr};    // the split point the slot works under
+    std::atomic<uint32_t> wokenAt{0};             // tick of the wake-up
+    std::atomic<uint32_t> activeMs{0};            // wake-up to sleep, for the statistics
+    std::atomic<uint32_t> adminMs{0};             // replaying and taking back paths
+    std::atomic<uint32_t> kills{0};               // threads this slot stopped on a fail high
+
+    WorkerSlot() { idle.set(); }
+};
+
+// The global split state. Never destroyed: workers sleep on its events until the process ends.
+struct SplitState {
+    std::atomic<int> lock{0};
+    std::atomic<int> idleCount{0};
+    std::atomic<int> threadsInUse{1};
+    std::atomic<bool> searchDone{true};  // sends the workers back to sleep
+    // The position the search starts from, written only while every worker sleeps.
+    Board root;
+    uint32_t rootPly = 0;
+    WorkerSlot slots[MAX_THREADS];
+    SplitPoint splitPoints[MAX_THREADS * MAX_SPLITS_PER_THREAD];
+};
+
+SplitState& smp = *new SplitState;
+
+void addMs(std::atomic<uint32_t>& counter, uint32_t ms) { counter.fetch_add(ms, std::memory_order_relaxed); }
+
+// One round of a busy wait: a short pause first, then giving the core away, since more threads may
+// spin than there are cores.
+void pause(int& round) {
+    if (++round < 64) {
+#if defined(__x86_64__) || defined(__i386__)
+        __builtin_ia32_pause();
+#endif
+        return;
+    }
+    std::this_thread::yield();
+}
+
+void takeSplitLock() {
+    for (int round = 0; smp.lock.exchange(1, std::memory_order_acquire);)
+        while (smp.lock.load(std::memory_order_relaxed)) pause(round);
+}
+
+void releaseSplitLock() { smp.lock.store(0, std::memory_order_release); }
+
+// Whether `target` is `from` or lies on its parent chain. Chains are at most eight split points per
+// thread deep; the bound only guards against a chain that is being rebuilt.
+bool onChain(const SplitPoint* from, const SplitPoint* target) {
+    for (int links = 0; from && links < 32; ++links, from = from->parent.load(std::memory_order_relaxed))
+        if (from == target) return true;
+    return false;
+}
+
+bool cutoffOnChain(const SplitPoint* from) {
+    for (int links = 0; from && links < 32; ++links, from = from->parent.load(std::memory_order_relaxed))
+        if (from->cutoff.load(std::memory_order_relaxed)) return true;
+    return false;
+}
+
+// Under the split lock: the thread leaves `left` (null for the owner, which is not counted as a
+// helper) and works under `back` again. A stop raised by a fail high below back is over for it.
+void leave(SearchThread& thread, SplitPoint* left, SplitPoint* back) {
+    takeSplitLock();
+    if (left) left->working.fetch_sub(1, std::memory_order_relaxed);
+    smp.slots[thread.slot].current.store(back);
+    if (!cutoffOnChain(back)) thread.stop.fetch_and(~STOP_CUTOFF);
+    releaseSplitLock();
+}
+
+// A move at sp reached beta: every other thread working at or below sp stops. Under sp's lock.
+void stopHelpers(SearchThread& finder, SplitPoint& sp) {
+    takeSplitLock();
+    sp.cutoff.store(true);
+    uint32_t stopped = 0;
+    for (int i = 0; i < MAX_THREADS; ++i) {
+        if (i == finder.slot || !onChain(smp.slots[i].current.load(), &sp)) continue;
+        searchThreads[i].stop.fetch_or(STOP_CUTOFF);
+        ++stopped;
+    }
+    releaseSplitLock();
+    smp.slots[finder.slot].kills.fetch_add(stopped, std::memory_order_relaxed);
+}
+
+// The search below a split point: moves are taken one at a time under the split point's lock, searched
+// with the alpha of that moment, and their results written back under the lock again.
+void searchSplitPoint(SearchThread& thread, SplitPoint& sp) {
+    const NodeState& node = sp.node;
+    while (!thread.stop.load(std::memory_order_relaxed)) {
+        Move move;
+        int stage, alpha, nodeType;
+        {
+            std::lock_guard<std::mutex> guard(sp.lock);
+            if (sp.cutoff.load(std::memory_order_relaxed) || sp.next >= sp.moveCount) return;
+            move = sp.moves[sp.next];
+            stage = sp.stages[sp.next];
+            ++sp.next;
+            alpha = sp.alpha;
+            nodeType = sp.nodeType;
+        }
+        int v;
+        Move made;
+        if (searchMove(thread, node, nodeType, alpha, false, move, stage, v, made) != MoveOutcome::SEARCHED ||
+            thread.stop.load(std::memory_order_relaxed))
+            continue;
+
+        std::lock_guard<std::mutex> guard(sp.lock);
+        if (sp.nodeType == NODE_CUT) sp.nodeType = NODE_ALL;
+        if (v <= sp.best || sp.cutoff.load(std::memory_order_relaxed)) continue;
+        sp.best = v;
+        sp.bestMove = made;
+        if (v >= node.beta) {
+            sp.cutMove = move;
+            sp.cutStage = stage;
+            stopHelpers(thread, sp);
+        } else if (v > sp.alpha) {
+            sp.alpha = v;
+            copyLine(thread, node.ply, made);
+            std::copy(thread.pv[node.ply], thread.pv[node.ply] + MAX_PLY, sp.line);
+            sp.lineChanged = true;
+            thread.stats.alphaRaises.add();
+        }
+    }
+}
+
+template <typename Done>
+void spinUntil(Done done) {
+    for (int round = 0; !done();) pause(round);
+}
+
+// Joins sp: replays the moves from the position the thread stands on to the split node (a thread
+// that joins from its own split point stands on a prefix of the path already), searches there, and
+// takes the moves back. The thread then works under `back` again.
+void join(SearchThread& thread, SplitPoint& sp, SplitPoint* back) {
+    WorkerSlot& self = smp.slots[thread.slot];
+    uint32_t start = platform::getTickCount();
+    spinUntil([&] { return sp.state.load() > SPLIT_LINKED; });
+    thread.probePlyLimit = sp.probePlyLimit;
+    Board& board = thread.board;
+    const int from = static_cast<int>(board.ply - smp.rootPly);
+    Move made[MAX_PLY];
+    SavedState saved[MAX_PLY];
+    for (int i = from; i < sp.pathLength; ++i) {
+        saved[i] = saveState(board);
+        if (sp.path[i] == NO_MOVE) {
+            made[i] = NO_MOVE;
+            makeNullMove(board);
+        } else {
+            made[i] = makeMove(board, sp.path[i]);
+        }
+    }
+    spinUntil([&] { return sp.state.load() == SPLIT_OPEN; });
+    uint32_t now = platform::getTickCount();
+    addMs(self.adminMs, now - start);
+
+    searchSplitPoint(thread, sp);
+
+    start = platform::getTickCount();
+    for (int i = sp.pathLength - 1; i >= from; --i) {
+        if (made[i] == NO_MOVE)
+            takeBackNullMove(board, saved[i]);
+        else
+            takeBack(board, made[i], saved[i]);
+    }
+    addMs(self.adminMs, platform::getTickCount() - start);
+    leave(thread, &sp, back);
+}
+
+// The owner of sp, out of moves, waits for its helpers. Meanwhile it is idle: a helper that splits
+// below sp may take it, and it joins there (the helpful master).
+void waitForHelpers(SearchThread& thread, SplitPoint& sp) {
+    WorkerSlot& self = smp.slots[thread.slot];
+    for (;;) {
+        takeSplitLock();
+        SplitPoint* current = self.current.load();
+        if (current != &sp) {
+            releaseSplitLock();
+            join(thread, *current, &sp);
+            continue;
+        }
+        if (sp.working.load() == 1) {
+            if (self.waiting.exchange(false)) smp.idleCount.fetch_sub(1);
+            releaseSplitLock();
+            return;
+        }
+        if (!self.waiting.exchange(true)) smp.idleCount.fetch_add(1);
+        releaseSplitLock();
+        const uint32_t start = platform::getTickCount();
+        spinUntil([&] { return sp.working.load() == 1 || self.current.load() != &sp; });
+        thread.stats.splitWaitMs.add(platform::getTickCount() - start);
+    }
+}
+
+// The owner lists the moves its picker has left: the current batch from cursor on, then the rest.
+int listRemainingMoves(SplitPoint& sp, Picker& picker, Move* cursor, Move skip, Move threat) {
+    int count = 0;
+    for (Move* batch = cursor; batch; batch = picker.next()) {
+        if (batch != cursor && picker.stage == PICK_QUIET && threat != NO_MOVE) picker.orderThreatEvasions(threat);
+        for (Move* move = batch; move < picker.end && count < SPLIT_MOVES; ++move) {
+            if (*move == NO_MOVE || *move == skip) continue;
+            sp.moves[count] = *move;
+            sp.stages[count] = static_cast<uint8_t>(picker.stage);
+            ++count;
+        }
+    }
+    return count;
+}
+
+// The routine of worker slot i.
+void workerLoop(int i) {
+    SearchThread& thread = searchThreads[i];
+    WorkerSlot& self = smp.slots[i];
+    Log log;
+    for (;;) {
+        // Step 1. Sleep until a search starts.
+        log.debug("thread %i: sleep()\n", i);
+        self.activeMs.store(platform::getTickCount() - self.wokenAt.load());
+        self.idle.set();
+        self.wake.wait();
+        self.wake.reset();
+        log.debug("thread %i: awoke()\n", i);
+
+        // Step 2.
+        self.wokenAt.store(platform::getTickCount());
+        self.adminMs.store(0);
+        self.kills.store(0);
+        thread.board = smp.root;
+        thread.clearRecord();
+        thread.minSplitDepth = minimumSplitDepth();
+
+        for (;;) {
+            // Step 3. Surplus threads sleep too once the count has been lowered.
+            thread.stop.store(0);
+            if (smp.searchDone.load() || i >= smp.threadsInUse.load()) break;
+
+            // Step 4.
+            const uint32_t start = platform::getTickCount();
+            takeSplitLock();
+            self.waiting.store(true);
+            smp.idleCount.fetch_add(1);
+            releaseSplitLock();
+
+            // Step 5.
+            spinUntil([&] {
+                return self.current.load() || thread.stop.load() || smp.searchDone.load() ||
+                       i >= smp.threadsInUse.load();
+            });
+            thread.stats.splitWaitMs.add(platform::getTickCount() - start);
+
+            // Step 6. A slot taken at the moment it was stopped still joins: its split point counts
+            // on it to leave.
+            takeSplitLock();
+            SplitPoint* sp = self.current.load();
+            if (!sp && self.waiting.exchange(false)) smp.idleCount.fetch_sub(1);
+            releaseSplitLock();
+            if (sp) join(thread, *sp, nullptr);
+        }
+    }
+}
+
+}  // namespace
+
+void setThreads(int count) {
+    Log log;
+    if (count < 1) {
+        log.info("started %i new worker threads\n", 0);
+        count = 1;
+    }
+    count = std::min(count, MAX_THREADS);
+    smp.threadsInUse.store(count);
+    if (count == 1) {
+        log.info("started %i new worker threads\n", 0);
+        return;
+    }
+    int started = 0;
+    for (int i = 1; i < count; ++i) {
+        WorkerSlot& slot = smp.slots[i];
+        if (slot.running) continue;
+        slot.running = true;
+        log.info("starting worker%i...\n", i);
+        searchThreads[i].slot = i;
+        platform::startThread([i] { workerLoop(i); }, true);
+        ++started;
+    }
+    log.info("started %i new worker threads\n", started);
+}
+
+int threadCount() { return smp.threadsInUse.load(); }
+
+int minimumSplitDepth() { return smp.threadsInUse.load() < 2 ? NO_SPLIT_DEPTH : 1; }
+
+void waitForWorkers() {
+    for (int i = 1; i < MAX_THREADS; ++i) smp.slots[i].idle.wait();
+}
+
+void wakeWorkers(const Board& root) {
+    smp.root = root;
+    smp.rootPly = root.ply;
+    smp.slots[0].adminMs.store(0);
+    smp.slots[0].kills.store(0);
+    smp.searchDone.store(false);
+    const int count = smp.threadsInUse.load();
+    for (int i = 1; i < count; ++i) {
+        WorkerSlot& slot = smp.slots[i];
+        slot.idle.reset();
+        slot.wake.set();
+    }
+}
+
+void stopAllThreads() {
+    // Before the stop flags: a worker that clears its flag to wait for work must find the search over.
+    smp.searchDone.store(true);
+    for (SearchThread& thread : searchThreads) thread.stop.fetch_or(STOP_SEARCH);
+}
+
+int trySplit(SearchThread& thread, SplitPoint& sp) {
+    // Step 1.
+    if (smp.idleCount.load(std::memory_order_relaxed) == 0) return 0;
+    if (smp.lock.exchange(1, std::memory_order_acquire)) return 0;
+
+    // Step 2.
+    if (thread.stop.load()) {
+        releaseSplitLock();
+        return 0;
+    }
+
+    // Step 3.
+    WorkerSlot& self = smp.slots[thread.slot];
+    SplitPoint* current = self.current.load();
+    sp.parent.store(current);
+    sp.cutoff.store(false);
+    sp.state.store(SPLIT_LINKED);
+    sp.working.store(1);
+    thread.stats.splitNodes.add();
+
+    // Step 4. A slot waiting at a split point of its own may only help below it, where its helpers are.
+    const int inUse = smp.threadsInUse.load();
+    int taken = 0;
+    for (int i = 0; i < inUse; ++i) {
+        WorkerSlot& other = smp.slots[i];
+        if (i == thread.slot || searchThreads[i].stop.load()) continue;
+        SplitPoint* own = other.current.load();
+        if (own && own->working.load() < 2) continue;
+        if (!other.waiting.load()) continue;
+        if (inUse > 2 && own && own != current && !onChain(current, own)) continue;
+        other.waiting.store(false);
+        other.current.store(&sp);
+        ++taken;
+    }
+
+    // Step 5.
+    if (taken == 0) {
+        releaseSplitLock();
+        return 0;
+    }
+    smp.idleCount.fetch_sub(taken);
+    self.current.store(&sp);
+    sp.working.store(taken + 1);
+    releaseSplitLock();
+    return 1;
+}
+
+bool splitNode(SearchThread& thread, const NodeState& node, int nodeType, Picker& picker, Move* cursor, Move skip,
+               Move threat, SplitOutcome& outcome) {
+    if (smp.idleCount.load(std::memory_order_relaxed) == 0) return false;
+    SplitPoint& sp = smp.splitPoints[thread.slot * MAX_SPLITS_PER_THREAD + thread.activeSplits];
+    sp.node = node;
+    sp.probePlyLimit = thread.probePlyLimit;
+    sp.pathLength = node.ply;
+    std::copy(thread.board.moves + smp.rootPly, thread.board.moves + smp.rootPly + node.ply, sp.path);
+    {
+        std::lock_guard<std::mutex> guard(sp.lock);
+        sp.next = 0;
+        sp.moveCount = 0;
+        sp.nodeType = nodeType;
+        sp.alpha = outcome.alpha;
+        sp.best = outcome.best;
+        sp.bestMove = outcome.bestMove;
+        sp.cutMove = NO_MOVE;
+        sp.cutStage = 0;
+        sp.lineChanged = false;
+    }
+    if (!trySplit(thread, sp)) return false;
+
+    ++thread.activeSplits;
+    sp.state.store(SPLIT_PATH_READY);
+    sp.moveCount = listRemainingMoves(sp, picker, cursor, skip, threat);
+    sp.state.store(SPLIT_OPEN);
+    searchSplitPoint(thread, sp);
+    waitForHelpers(thread, sp);
+    --thread.activeSplits;
+    leave(thread, nullptr, sp.parent.load());
+
+    std::lock_guard<std::mutex> guard(sp.lock);
+    outcome = {sp.alpha, sp.best, sp.bestMove, sp.cutMove, sp.cutStage};
+    if (sp.lineChanged) std::copy(sp.line, sp.line + MAX_PLY, thread.pv[node.ply]);
+    sp.state.store(SPLIT_FREE);
+    return true;
+}
+
+std::string splitStatistics() {
+    uint64_t splits = 0;
+    uint32_t kills = 0;
+    const int count = smp.threadsInUse.load();
+    for (int i = 0; i < count; ++i) {
+        splits += searchThreads[i].stats.splitNodes.get();
+        kills += smp.slots[i].kills.load();
+    }
+    std::string text = "smp    : splits=" + formatCount(splits) + ", kills=" + formatCount(kills) + "\n";
+    char line[96];
+    for (int i = 0; i < count; ++i) {
+        const WorkerSlot& slot = smp.slots[i];
+        const int active = static_cast<int>(i == 0 ? timeControl.elapsed() : slot.activeMs.load());
+        const int wait = static_cast<int>(searchThreads[i].stats.splitWaitMs.get());
+        const int admin = static_cast<int>(slot.adminMs.load());
+        char name[16];
+        if (i == 0)
+            std::snprintf(name, sizeof name, "master");
+        else
+            std::snprintf(name, sizeof name, "slave%i", i);
+        std::snprintf(line, sizeof line, "%s : wait=%ims, admin=%ims, work=%ims\n", name, wait, admin,
+                      std::max(0, active - wait - admin));
+        text += line;
+    }
+    return text;
+}
