@@ -191,6 +191,45 @@ TEST(Search, StopEndsAnInfiniteSearchOnTheThread) {
     timeControl.infinite.store(false);
 }
 
+TEST(Search, PonderhitWithASingleReplyEndsThePonderingAtOnce) {
+    RecordingListener listener;
+    searchThread.boot();
+    ASSERT_TRUE(gameBoard.setFen("4k3/8/8/4b3/8/8/P7/K7 w - - 0 1"));
+    searchThread.listener = &listener;
+    searchThread.maxDepth = 0;
+    timeControl.start();
+    timeControl.infinite.store(true);
+    searchThread.startSearch(false);
+    while (searchThread.depth.load() <= 2) platform::sleepMs(1);
+    searchThread.ponderhit();
+    EXPECT_TRUE(searchThread.isIdle());
+    EXPECT_EQ(listener.finishes, 1);
+    EXPECT_EQ(listener.best, searchThread.bestMove());
+    searchThread.listener = nullptr;
+    timeControl.infinite.store(false);
+}
+
+TEST(Search, GamesLongerThanTheHistoryAreSearchedOnItsRecentPlies) {
+    // Rooks shuffle for 1000 plies: the history keeps 1024, a search on top needs more.
+    ASSERT_TRUE(gameBoard.setFen("4k3/8/8/8/8/8/8/R3K2R w - - 0 1"));
+    const char* cycle[] = {"Ra2", "Kd8", "Ra1", "Ke8", "Rh2", "Kd8", "Rh1", "Ke8"};
+    for (int i = 0; i < 1000; ++i) {
+        const Move made = makeMove(gameBoard, isMove(gameBoard, cycle[i % 8]));
+        ASSERT_NE(made, NO_MOVE);
+        gameBoard.lastMove = made;
+    }
+    RecordingListener listener;
+    searchThread.listener = &listener;
+    searchThread.maxDepth = 6;
+    timeControl.infinite.store(false);
+    timeControl.setMoveTime(20000);
+    searchThread.startSearch(true);
+    searchThread.listener = nullptr;
+    EXPECT_TRUE(isLegalHere(listener.best));
+    // The fifty-move rule has long struck: every line is a draw.
+    EXPECT_EQ(listener.score, 0);
+}
+
 TEST(SearchReport, CountsShrinkToFiveDigitsWithAUnit) {
     EXPECT_EQ(formatCount(99999), "99999 ");
     EXPECT_EQ(formatCount(100000), "97k");
