@@ -65,6 +65,7 @@ class Xboard : public SearchListener {
     struct UndoEntry {
         Move move;
         SavedState state;
+        Move lastMove;  // the board's before the move: a set-up position's check comes from it
     };
     // The clock the GUI gave with "level", "st", "time" and "otim"; -1 where it gave none.
     struct Clock {

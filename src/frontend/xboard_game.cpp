@@ -30,10 +30,11 @@ int baseTimeMs(const char* text) {
 
 Move Xboard::makeGameMove(Move move) {
     const SavedState saved = saveState(gameBoard);
+    const Move before = gameBoard.lastMove;
     const Move made = makeMove(gameBoard, move);
     if (made == NO_MOVE) return NO_MOVE;
     gameBoard.lastMove = made;
-    undoStack.push_back({made, saved});
+    undoStack.push_back({made, saved, before});
     return made;
 }
 
@@ -61,8 +62,7 @@ void Xboard::undo() {
     const UndoEntry last = undoStack.back();
     undoStack.pop_back();
     takeBack(gameBoard, last.move, last.state);
-    // The move before is the one that led here; its check bits say whether the side to move is in check.
-    gameBoard.lastMove = undoStack.empty() ? NO_MOVE : undoStack.back().move;
+    gameBoard.lastMove = last.lastMove;
 }
 
 // "level MPS BASE INC": moves per session (0: the whole game), base minutes[:seconds], increment in

@@ -220,12 +220,20 @@ TEST_F(XboardTest, UndoRestoresEveryKindOfMoveAndRefusesAnEmptyHistory) {
     Board start;
     ASSERT_TRUE(start.setFen("r3k2r/6P1/8/3pP3/8/8/8/R3K2R w KQkq d6 0 1"));
     EXPECT_EQ(gameBoard.hash, start.hash);
-    EXPECT_EQ(gameBoard.lastMove, NO_MOVE);
+    EXPECT_EQ(gameBoard.lastMove, start.lastMove);  // the en-passant square's double push
     handler.undo();
     EXPECT_EQ(output(), "tellusererror cannot undo\n");
 
+    // A position set up in check is in check again once its move is taken back.
+    send("setboard 4k3/8/8/8/8/8/4r3/4K3 w - - 0 1");
+    ASSERT_TRUE(gameBoard.inCheck());
+    send("usermove Kxe2");
+    handler.undo();
+    EXPECT_TRUE(gameBoard.inCheck());
+    send("usermove Kf1");
+    EXPECT_EQ(output(), "");
+
     // A new position starts a new history.
-    send("usermove e5d6");
     send("setboard 4k3/8/8/8/8/8/8/4K3 w - - 0 1");
     handler.undo();
     EXPECT_EQ(output(), "tellusererror cannot undo\n");
