@@ -1,0 +1,137 @@
+// The parallel search: the thread count and its log lines, searches on two and four threads that
+// split and still find the exact mates, stops that reach every thread, and surplus threads that sleep.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <string>
+
+#include "frontend/util/log.h"
+#include "platform/platform.h"
+#include "search/bench.h"
+#include "search/parallel.h"
+#include "search/report.h"
+#include "search_helpers.h"
+
+namespace {
+
+// Captures what the log receives while it lives.
+class LogCapture {
+  public:
+    LogCapture() : file(std::tmpfile()), previous(Log::stream()) { Log::setStream(file); }
+    ~LogCapture() {
+        Log::setStream(previous);
+        std::fclose(file);
+    }
+    std::string text() {
+        std::fflush(file);
+        std::rewind(file);
+        std::string all;
+        char buffer[4096];
+        while (size_t n = std::fread(buffer, 1, sizeof buffer, file)) all.append(buffer, n);
+        return all;
+    }
+
+  private:
+    FILE* file;
+    FILE* previous;
+};
+
+uint64_t totalSplits() {
+    uint64_t splits = 0;
+    for (const SearchThread& thread : searchThreads) splits += thread.stats.splitNodes.get();
+    return splits;
+}
+
+// A quiet middlegame with many moves at every node: deep enough searches split often.
+constexpr const char* MIDDLEGAME = "r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP3PPP/R2QKB1R w KQ - 0 8";
+
+TEST(Parallel, ThreadCountIsClampedAndLogged) {
+    LogCapture log;
+    setThreads(0);
+    EXPECT_EQ(threadCount(), 1);
+    EXPECT_EQ(minimumSplitDepth(), NO_SPLIT_DEPTH);
+    setThreads(20);
+    EXPECT_EQ(threadCount(), MAX_THREADS);
+    EXPECT_EQ(minimumSplitDepth(), 1);
+    setThreads(3);  // the workers exist already
+    setThreads(1);
+    // The workers' own lines may come in between.
+    const std::string text = log.text();
+    EXPECT_EQ(text.find("started 0 new worker threads\nstarted 0 new worker threads\n"), 0u) << text;
+    for (int i = 1; i < MAX_THREADS; ++i)
+        EXPECT_NE(text.find("starting worker" + std::to_string(i) + "...\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("started 7 new worker threads\n"), std::string::npos) << text;
+    size_t none = 0;
+    for (size_t at = text.find("started 0 "); at != std::string::npos; at = text.find("started 0 ", at + 1)) ++none;
+    EXPECT_EQ(none, 4u) << text;
+}
+
+TEST(Parallel, SeveralThreadsSplitAndStillFindTheExactMates) {
+    struct Mate {
+        const char* fen;
+        int score;
+        const char* key;
+    };
+    const Mate mates[] = {
+        {"r5k1/ppp2Npp/8/8/2Q5/8/PPP2PPP/6K1 w - - 0 1", MATE - 5, "Nf7h6++"},
+        {"r6k/ppp3pp/8/6N1/2Q5/8/PPP2PPP/6K1 w - - 0 1", MATE - 7, "Ng5f7+"},
+    };
+    for (int threads : {2, 4}) {
+        setThreads(threads);
+        const SearchOutcome quiet = searchPosition(MIDDLEGAME, sanitized() ? 5 : 7, 60000);
+        EXPECT_TRUE(isLegalHere(quiet.best)) << threads;
+        EXPECT_GT(totalSplits(), 0u) << threads;
+        for (const Mate& mate : mates) {
+            const SearchOutcome found = searchPosition(mate.fen, 10, 60000);
+            EXPECT_EQ(found.score, mate.score) << threads << " " << mate.fen;
+            EXPECT_EQ(found.bestText, mate.key) << threads << " " << mate.fen;
+            EXPECT_EQ(found.finishes, 1);
+        }
+        const BenchResult bench = runBench(sanitized() ? 3 : 5);
+        EXPECT_GT(bench.nodes, 0u) << threads;
+    }
+    setThreads(1);
+}
+
+TEST(Parallel, StatisticsNameEveryThreadInUse) {
+    setThreads(2);
+    LogCapture log;
+    searchPosition(MIDDLEGAME, sanitized() ? 5 : 7, 60000);
+    logStatistics(searchThread);
+    const std::string text = log.text();
+    EXPECT_NE(text.find("smp    : splits="), std::string::npos) << text;
+    EXPECT_NE(text.find("\nmaster : wait="), std::string::npos) << text;
+    EXPECT_NE(text.find("\nslave1 : wait="), std::string::npos) << text;
+    EXPECT_EQ(text.find("slave2"), std::string::npos) << text;
+    EXPECT_NE(text.find("thread 1: awoke()\n"), std::string::npos) << text;
+    setThreads(1);
+}
+
+TEST(Parallel, StopReachesEveryThreadAndLoweringTheCountPutsWorkersToSleep) {
+    searchThread.boot();
+    for (int threads : {4, 2, 1}) {
+        setThreads(threads);
+        RecordingListener listener;
+        ASSERT_TRUE(gameBoard.setFen(MIDDLEGAME));
+        searchThread.listener = &listener;
+        searchThread.maxDepth = 0;
+        timeControl.start();
+        timeControl.infinite.store(true);
+        searchThread.startSearch(false);
+        platform::sleepMs(200);
+        searchThread.stopSearch();
+        EXPECT_EQ(listener.finishes, 1) << threads;
+        EXPECT_TRUE(isLegalHere(listener.best)) << threads;
+        // The search ends only once its workers sleep again.
+        uint64_t nodes = totalNodes();
+        platform::sleepMs(20);
+        EXPECT_EQ(totalNodes(), nodes) << threads;
+        if (threads == 1) {
+            EXPECT_EQ(searchThread.stats.splitNodes.get(), 0u);
+        }
+        searchThread.listener = nullptr;
+        timeControl.infinite.store(false);
+    }
+}
+
+}  // namespace
