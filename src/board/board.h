@@ -114,8 +114,8 @@ struct Board {
     uint8_t castling;
     uint16_t lastIrreversible;
     uint32_t epSquare;
-    uint64_t hashHistory[MAX_PLY_HISTORY];  // hash before the move of each ply
     Move moves[MAX_PLY_HISTORY];            // the move played at each ply
+    uint64_t hashHistory[MAX_PLY_HISTORY];  // hash before the move of each ply
     uint8_t promotionStack[PROMOTION_STACK_SIZE];
     uint32_t promotionCount;
     Move lastMove;  // the move that led here, with its check bits

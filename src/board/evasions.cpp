@@ -19,6 +19,7 @@ int findCheckers(const Board& board, int* checkers) {
     };
     // The first piece met from the king through `square`.
     auto alongLine = [&](int square) {
+        if (!onBoard(square)) return;
         const int step = direction[square - king];
         if (!step) return;
         int s = king + step;
