@@ -114,4 +114,6 @@ constexpr ConsoleCommand commands[] = {
 
 }  // namespace
 
-std::span<const ConsoleCommand> harnessCommands() { return commands; }
+std::span<const ConsoleCommand> harnessCommands() {
+    return commands;
+}

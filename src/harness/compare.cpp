@@ -32,7 +32,8 @@ Comparison compareResults(const SuiteResults& a, const std::string& nameA, const
             appendLine(c.text, "%-20s %10s %10s  only in a\n", pa.id.c_str(), timeText(pa).c_str(), "");
             continue;
         }
-        const bool solvedA = pa.outcome == PositionOutcome::SOLVED, solvedB = pb->outcome == PositionOutcome::SOLVED;
+        const bool solvedA = pa.outcome == PositionOutcome::SOLVED,
+                   solvedB = pb->outcome == PositionOutcome::SOLVED;
         if (!solvedA && !solvedB) {
             ++c.neither;
             continue;
@@ -49,16 +50,16 @@ Comparison compareResults(const SuiteResults& a, const std::string& nameA, const
             ++(solvedA ? c.onlyA : c.onlyB);
             difference = solvedA ? "solved only by a" : "solved only by b";
         }
-        appendLine(c.text, "%-20s %10s %10s  %s\n", pa.id.c_str(), timeText(pa).c_str(), timeText(*pb).c_str(),
-                   difference.c_str());
+        appendLine(c.text, "%-20s %10s %10s  %s\n", pa.id.c_str(), timeText(pa).c_str(),
+                   timeText(*pb).c_str(), difference.c_str());
     }
     for (const PositionResult& pb : b.positions) {
         if (a.find(pb.id)) continue;
         ++c.missing;
         appendLine(c.text, "%-20s %10s %10s  only in b\n", pb.id.c_str(), "", timeText(pb).c_str());
     }
-    appendLine(c.text, "solved by both %i (a %.2f s, b %.2f s), only by a %i, only by b %i, by neither %i", c.both,
-               c.bothMsA / 1000.0, c.bothMsB / 1000.0, c.onlyA, c.onlyB, c.neither);
+    appendLine(c.text, "solved by both %i (a %.2f s, b %.2f s), only by a %i, only by b %i, by neither %i",
+               c.both, c.bothMsA / 1000.0, c.bothMsB / 1000.0, c.onlyA, c.onlyB, c.neither);
     if (c.missing) appendLine(c.text, ", in one file only %i", c.missing);
     c.text += "\n";
     return c;

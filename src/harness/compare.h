@@ -10,7 +10,7 @@ struct Comparison {
     int onlyA = 0;
     int onlyB = 0;
     int neither = 0;
-    int missing = 0;  // positions that only one of the files holds
+    int missing = 0;       // positions that only one of the files holds
     uint64_t bothMsA = 0;  // solution times of the positions both solved
     uint64_t bothMsB = 0;
     std::string text;  // the report, one line per position solved by at least one run, then totals

@@ -8,7 +8,9 @@
 
 namespace {
 
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
+bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\r';
+}
 
 void skipBlanks(const char*& p) {
     while (isBlank(*p)) ++p;
@@ -22,7 +24,8 @@ std::string nextField(const char*& p) {
 }
 
 bool allDigits(const std::string& text) {
-    return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+    return !text.empty() &&
+           std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
 // Operands up to the ';' that ends the operation (or the end of the line); a quoted operand may hold
@@ -93,8 +96,8 @@ bool checkPlacement(const std::string& placement, std::string& error) {
     return true;
 }
 
-bool readMoves(Board& board, const std::vector<std::string>& texts, const char* opcode, std::vector<Move>& out,
-               std::string& error) {
+bool readMoves(Board& board, const std::vector<std::string>& texts, const char* opcode,
+               std::vector<Move>& out, std::string& error) {
     for (const std::string& text : texts) {
         const Move move = isMove(board, text.c_str());
         if (move == NO_MOVE) {

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <fstream>
 #include <vector>
 
 #include "board/notation.h"
 #include "harness/epd.h"
 #include "harness/solution.h"
+#include "harness/textinput.h"
 #include "platform/platform.h"
 #include "search/searchthread.h"
 #include "search/timecontrol.h"
@@ -18,7 +18,7 @@ namespace {
 
 // Follows the best move the search shows and keeps the solution clock.
 class SolutionListener : public SearchListener {
-public:
+  public:
     SolutionListener(const EpdMoves& solutions, uint32_t start) : moves(solutions), startTick(start) {}
 
     void reportLine(int, int, Move best) override { clock.shown(isSolution(moves, best), now()); }
@@ -31,7 +31,7 @@ public:
     SolutionClock clock;
     Move chosen = NO_MOVE;
 
-private:
+  private:
     uint32_t now() const { return platform::getTickCount() - startTick; }
 
     const EpdMoves& moves;
@@ -48,13 +48,14 @@ struct EpdEntry {
 // The whole file first: the suite may be recognised by its ids, and its time is needed before the first
 // search. A last line without a newline is still a position.
 bool readEpdFile(const std::string& path, std::vector<EpdEntry>& entries) {
-    std::ifstream in(path);
-    if (!in) return false;
+    std::ifstream in;
+    if (!openText(path, in)) return false;
     std::string line;
     for (int number = 1; std::getline(in, line); ++number) {
         EpdEntry entry{number, EpdLine::SKIP, {}, {}};
         entry.kind = parseEpdLine(line.c_str(), entry.record, entry.error);
-        if (entry.kind == EpdLine::POSITION && entry.record.bestMoves.empty() && entry.record.avoidMoves.empty()) {
+        if (entry.kind == EpdLine::POSITION && entry.record.bestMoves.empty() &&
+            entry.record.avoidMoves.empty()) {
             entry.kind = EpdLine::BAD;
             entry.error = "no bm or am operation";
         }
@@ -90,12 +91,12 @@ void searchPosition(const EpdMoves& moves, uint32_t ms, PositionResult& result) 
 }
 
 void printPosition(FILE* out, const PositionResult& p, const EpdRecord& record) {
-    const std::string expected =
-        joined("bm", record.bestMoves) + (record.bestMoves.empty() || record.avoidMoves.empty() ? "" : "; ") +
-        joined("am", record.avoidMoves);
+    const std::string expected = joined("bm", record.bestMoves) +
+                                 (record.bestMoves.empty() || record.avoidMoves.empty() ? "" : "; ") +
+                                 joined("am", record.avoidMoves);
     std::fprintf(out, "%3i %-16s %-8s %8.2f s  %-10s %-16s %12llu nodes\n", p.number, p.id.c_str(),
-                 p.outcome == PositionOutcome::SOLVED ? "solved" : "-", p.ms / 1000.0, p.move.c_str(), expected.c_str(),
-                 static_cast<unsigned long long>(p.nodes));
+                 p.outcome == PositionOutcome::SOLVED ? "solved" : "-", p.ms / 1000.0, p.move.c_str(),
+                 expected.c_str(), static_cast<unsigned long long>(p.nodes));
     std::fflush(out);
 }
 
@@ -166,8 +167,8 @@ bool runEpdFile(const std::string& path, double seconds, EpdRun& run, FILE* out)
         } else {
             result.outcome = PositionOutcome::ERROR;
             result.move = "-";
-            std::fprintf(out, "%3i %-16s error: line %i: %s\n", result.number, result.id.c_str(), entry.lineNumber,
-                         error.c_str());
+            std::fprintf(out, "%3i %-16s error: line %i: %s\n", result.number, result.id.c_str(),
+                         entry.lineNumber, error.c_str());
             std::fflush(out);
         }
         run.results.positions.push_back(result);
@@ -186,6 +187,7 @@ std::string summaryText(const SuiteResults& results) {
                   results.positions.size(), total, solved ? total / solved : 0.0,
                   static_cast<unsigned long long>(results.nodes()));
     std::string summary = text;
-    if (errors) summary += ", " + std::to_string(errors) + (errors == 1 ? " position" : " positions") + " in error";
+    if (errors)
+        summary += ", " + std::to_string(errors) + (errors == 1 ? " position" : " positions") + " in error";
     return summary + "\n";
 }

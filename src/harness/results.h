@@ -9,17 +9,17 @@
 enum class PositionOutcome { SOLVED, UNSOLVED, ERROR };
 
 struct PositionResult {
-    int number = 0;       // the position's place in the file, from 1
-    std::string id;       // the EPD id, or "#<number>" when the line has none
+    int number = 0;  // the position's place in the file, from 1
+    std::string id;  // the EPD id, or "#<number>" when the line has none
     PositionOutcome outcome = PositionOutcome::ERROR;
-    uint32_t ms = 0;      // solved: the solution time; otherwise the time searched
+    uint32_t ms = 0;  // solved: the solution time; otherwise the time searched
     uint64_t nodes = 0;
-    std::string move;     // the move the search chose, "-" when none
+    std::string move;  // the move the search chose, "-" when none
 };
 
 struct SuiteResults {
-    std::string file;      // the EPD file as it was named
-    double seconds = 0;    // time per position
+    std::string file;    // the EPD file as it was named
+    double seconds = 0;  // time per position
     std::vector<PositionResult> positions;
 
     int solved() const;

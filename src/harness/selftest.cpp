@@ -88,8 +88,9 @@ bool searchThreadStartsAndStops(std::string& detail) {
     searchThread.echoLines = echo;
     timeControl.infinite.store(infinite);
     searchThread.maxDepth = maxDepth;
-    if (passed) detail = "search thread started and stopped " + std::to_string(SEARCH_ROUNDS) + " times, slowest stop " +
-                         std::to_string(slowest) + " ms";
+    if (passed)
+        detail = "search thread started and stopped " + std::to_string(SEARCH_ROUNDS) +
+                 " times, slowest stop " + std::to_string(slowest) + " ms";
     return passed;
 }
 
@@ -106,8 +107,8 @@ bool threadSelfTest(std::string& detail) {
     wakeAll(slots);
     for (size_t i = 0; i < slots.size(); ++i)
         if (slots[i]->wakes.load() != ROUNDS) {
-            detail = "slot " + std::to_string(i) + " woke " + std::to_string(slots[i]->wakes.load()) + " times of " +
-                     std::to_string(ROUNDS);
+            detail = "slot " + std::to_string(i) + " woke " + std::to_string(slots[i]->wakes.load()) +
+                     " times of " + std::to_string(ROUNDS);
             return false;
         }
     std::string search;
@@ -115,7 +116,8 @@ bool threadSelfTest(std::string& detail) {
         detail = search;
         return false;
     }
-    detail = std::to_string(MAX_THREADS) + " slots woken " + std::to_string(ROUNDS) + " times and stopped; " + search;
+    detail = std::to_string(MAX_THREADS) + " slots woken " + std::to_string(ROUNDS) + " times and stopped; " +
+             search;
     return true;
 }
 
@@ -157,9 +159,11 @@ bool timerSelfTest(std::string& detail) {
         const uint32_t start = platform::getTickCount();
         platform::sleepMs(ms);
         const uint32_t ticks = platform::getTickCount() - start;
-        const auto wall = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - wallStart).count();
+        const auto wall =
+            std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - wallStart).count();
         // A sleep may overrun on a busy machine but never ends early; the tick must follow the wall clock.
-        const bool good = ticks + 1 >= ms && ticks <= ms + 50 + ms / 4 && std::abs(static_cast<long>(ticks) - wall) <= 5;
+        const bool good =
+            ticks + 1 >= ms && ticks <= ms + 50 + ms / 4 && std::abs(static_cast<long>(ticks) - wall) <= 5;
         passed = passed && good;
         detail += (detail.empty() ? "" : ", ") + std::string("sleep ") + std::to_string(ms) + " ms took " +
                   std::to_string(ticks) + " ms" + (good ? "" : " (out of tolerance)");
@@ -180,6 +184,7 @@ int runSelfTests(FILE* out) {
         std::fprintf(out, "selftest %s: %s (%s)\n", test.name, passed ? "pass" : "FAIL", detail.c_str());
         std::fflush(out);
     }
-    std::fprintf(out, "selftest: %i passed, %i failed\n", static_cast<int>(std::size(TESTS)) - failed, failed);
+    std::fprintf(out, "selftest: %i passed, %i failed\n", static_cast<int>(std::size(TESTS)) - failed,
+                 failed);
     return failed;
 }

@@ -6,7 +6,7 @@
 #include <cstdint>
 
 class SolutionClock {
-public:
+  public:
     // The search shows a new best move at ms; solution tells whether it solves the test.
     void shown(bool solution, uint32_t ms) {
         if (solution && !solving) since = ms;
@@ -15,7 +15,7 @@ public:
     bool solved() const { return solving; }
     uint32_t solutionMs() const { return since; }
 
-private:
+  private:
     bool solving = false;
     uint32_t since = 0;
 };

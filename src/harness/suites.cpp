@@ -27,7 +27,8 @@ std::string normalisedName(const std::string& path) {
     if (dot != std::string::npos && dot > 0) name.erase(dot);
     std::string result;
     for (char c : name)
-        if (c != '-' && c != '_' && c != ' ') result += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        if (c != '-' && c != '_' && c != ' ')
+            result += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     return result;
 }
 
@@ -36,7 +37,10 @@ int lctPoints(const PositionResult& p, double limit) {
     if (p.outcome != PositionOutcome::SOLVED) return 0;
     const double seconds = std::floor(p.ms / 1000.0);
     if (seconds > limit) return 0;
-    constexpr struct { double below; int points; } BANDS[] = {{10, 30}, {30, 25}, {90, 20}, {180, 15}, {390, 10}};
+    constexpr struct {
+        double below;
+        int points;
+    } BANDS[] = {{10, 30}, {30, 25}, {90, 20}, {180, 15}, {390, 10}};
     for (const auto& band : BANDS)
         if (seconds < band.below) return band.points;
     return 5;
@@ -61,7 +65,9 @@ std::string format(const char* pattern, double a, double b = 0, double c = 0) {
 
 }  // namespace
 
-std::span<const Suite> suites() { return SUITES; }
+std::span<const Suite> suites() {
+    return SUITES;
+}
 
 const Suite* findSuite(const std::string& path, std::span<const std::string> ids) {
     const std::string name = normalisedName(path);
@@ -72,27 +78,30 @@ const Suite* findSuite(const std::string& path, std::span<const std::string> ids
     for (const Suite& suite : SUITES) {
         if (!suite.idPrefix) continue;
         const std::string prefix = suite.idPrefix;
-        if (std::all_of(ids.begin(), ids.end(), [&](const std::string& id) { return id.starts_with(prefix); }))
+        if (std::all_of(ids.begin(), ids.end(),
+                        [&](const std::string& id) { return id.starts_with(prefix); }))
             return &suite;
     }
     return nullptr;
 }
 
 std::optional<double> calcElo(const Suite& suite, const SuiteResults& results) {
-    if (suite.rule == EloRule::NONE || static_cast<int>(results.positions.size()) != suite.positions) return {};
+    if (suite.rule == EloRule::NONE || static_cast<int>(results.positions.size()) != suite.positions)
+        return {};
     switch (suite.rule) {
-    case EloRule::LCT_POINTS: {
-        int points = 0;
-        for (const PositionResult& p : results.positions) points += lctPoints(p, suite.seconds);
-        return suite.base + points;
-    }
-    case EloRule::BT_TIME:
-        return suite.base - totalCappedSeconds(suite, results) / 30;
-    case EloRule::BS_TIME: {
-        const double minutes = totalCappedSeconds(suite, results) / 60;
-        return suite.base - minutes / 1.5 - minutes * minutes / (22 * 22);
-    }
-    case EloRule::NONE: break;
+        case EloRule::LCT_POINTS: {
+            int points = 0;
+            for (const PositionResult& p : results.positions) points += lctPoints(p, suite.seconds);
+            return suite.base + points;
+        }
+        case EloRule::BT_TIME:
+            return suite.base - totalCappedSeconds(suite, results) / 30;
+        case EloRule::BS_TIME: {
+            const double minutes = totalCappedSeconds(suite, results) / 60;
+            return suite.base - minutes / 1.5 - minutes * minutes / (22 * 22);
+        }
+        case EloRule::NONE:
+            break;
     }
     return {};
 }
@@ -110,20 +119,22 @@ std::string eloReport(const Suite& suite, const SuiteResults& results) {
         return text;
     }
     switch (suite.rule) {
-    case EloRule::LCT_POINTS:
-        text += format(": Elo %.0f = %.0f + %.0f points\n", *elo, suite.base, *elo - suite.base);
-        break;
-    case EloRule::BT_TIME:
-        text += format(": Elo %.0f = %.0f - %.1f s / 30\n", *elo, suite.base, totalCappedSeconds(suite, results));
-        break;
-    default:
-        text += format(": Elo %.1f = %.0f - T/1.5 - T^2/484 with T = %.1f min", *elo, suite.base,
-                       totalCappedSeconds(suite, results) / 60);
-        text += " (rule from public engine code; its primary source is unknown)\n";
-        break;
+        case EloRule::LCT_POINTS:
+            text += format(": Elo %.0f = %.0f + %.0f points\n", *elo, suite.base, *elo - suite.base);
+            break;
+        case EloRule::BT_TIME:
+            text += format(": Elo %.0f = %.0f - %.1f s / 30\n", *elo, suite.base,
+                           totalCappedSeconds(suite, results));
+            break;
+        default:
+            text += format(": Elo %.1f = %.0f - T/1.5 - T^2/484 with T = %.1f min", *elo, suite.base,
+                           totalCappedSeconds(suite, results) / 60);
+            text += " (rule from public engine code; its primary source is unknown)\n";
+            break;
     }
     if (results.seconds != suite.seconds)
-        text += format("note: run at %g s per position; the rule assumes %g s, so the estimate is not comparable\n",
-                       results.seconds, suite.seconds);
+        text += format(
+            "note: run at %g s per position; the rule assumes %g s, so the estimate is not comparable\n",
+            results.seconds, suite.seconds);
     return text;
 }

@@ -17,16 +17,20 @@
 #include <cinttypes>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <sstream>
+
+#include "harness/textinput.h"
 
 namespace {
 
 const char* outcomeName(PositionOutcome outcome) {
     switch (outcome) {
-    case PositionOutcome::SOLVED: return "solved";
-    case PositionOutcome::UNSOLVED: return "unsolved";
-    case PositionOutcome::ERROR: break;
+        case PositionOutcome::SOLVED:
+            return "solved";
+        case PositionOutcome::UNSOLVED:
+            return "unsolved";
+        case PositionOutcome::ERROR:
+            break;
     }
     return "error";
 }
@@ -43,7 +47,8 @@ bool readOutcome(const std::string& word, PositionOutcome& outcome) {
 bool readPosition(const std::string& line, PositionResult& p) {
     std::istringstream in(line);
     std::string outcome;
-    if (!(in >> p.number >> outcome >> p.ms >> p.nodes >> p.move) || !readOutcome(outcome, p.outcome)) return false;
+    if (!(in >> p.number >> outcome >> p.ms >> p.nodes >> p.move) || !readOutcome(outcome, p.outcome))
+        return false;
     std::getline(in >> std::ws, p.id);
     return !p.id.empty();
 }
@@ -61,18 +66,19 @@ std::string tsrName(const std::string& epdPath) {
 bool writeTsr(const std::string& path, const SuiteResults& results) {
     FILE* file = std::fopen(path.c_str(), "w");
     if (!file) return false;
-    std::fprintf(file, "# Kelvra test suite results\nfile %s\nseconds %g\n", results.file.c_str(), results.seconds);
+    std::fprintf(file, "# Kelvra test suite results\nfile %s\nseconds %g\n", results.file.c_str(),
+                 results.seconds);
     for (const PositionResult& p : results.positions)
-        std::fprintf(file, "%i %s %" PRIu32 " %" PRIu64 " %s %s\n", p.number, outcomeName(p.outcome), p.ms, p.nodes,
-                     p.move.empty() ? "-" : p.move.c_str(), p.id.c_str());
+        std::fprintf(file, "%i %s %" PRIu32 " %" PRIu64 " %s %s\n", p.number, outcomeName(p.outcome), p.ms,
+                     p.nodes, p.move.empty() ? "-" : p.move.c_str(), p.id.c_str());
     const bool written = !std::ferror(file);
     return std::fclose(file) == 0 && written;
 }
 
 bool readTsr(const std::string& path, SuiteResults& results, std::string& error) {
     results = SuiteResults();
-    std::ifstream in(path);
-    if (!in) {
+    std::ifstream in;
+    if (!openText(path, in)) {
         error = "cannot open " + path;
         return false;
     }

@@ -1,13 +1,13 @@
 #include "harness/vflip.h"
 
 #include <cctype>
-#include <fstream>
 #include <memory>
 #include <sstream>
 #include <vector>
 
 #include "eval/evaluate.h"
 #include "harness/epd.h"
+#include "harness/textinput.h"
 
 namespace {
 
@@ -65,8 +65,8 @@ std::string flipFen(const std::string& fen) {
 }
 
 bool vflipFile(const std::string& path, VflipCount& count, FILE* out) {
-    std::ifstream in(path);
-    if (!in) return false;
+    std::ifstream in;
+    if (!openText(path, in)) return false;
     count = VflipCount();
     auto context = std::make_unique<EvalContext>();
     auto board = std::make_unique<Board>();

@@ -40,7 +40,9 @@ SuiteResults results(std::vector<Times> solved, int total, double runSeconds) {
     return r;
 }
 
-double lctElo(double solvedAt) { return *calcElo(suite("LCT II"), results({{solvedAt, 1}}, 35, 600)); }
+double lctElo(double solvedAt) {
+    return *calcElo(suite("LCT II"), results({{solvedAt, 1}}, 35, 600));
+}
 
 TEST(Elo, LctPointsByWholeSecondBands) {
     // 10x30 + 5x25 + 3x20 + 2x15 + 2x10 + 1x5 = 540 points.
@@ -81,23 +83,27 @@ TEST(Elo, NoFigureWithoutARuleOrForAnotherNumberOfPositions) {
     for (const char* name : {"GS2930", "IQ5"}) {
         EXPECT_FALSE(calcElo(suite(name), results({{1, 10}}, 10, 10)));
         EXPECT_EQ(eloReport(suite(name), results({{1, 10}}, 10, 10)),
-                  std::string(name) + ": no published scoring rule is available for this suite, so no Elo estimate\n");
+                  std::string(name) +
+                      ": no published scoring rule is available for this suite, so no Elo estimate\n");
     }
     EXPECT_FALSE(calcElo(suite("LCT II"), results({{1, 10}}, 34, 600)));
     EXPECT_FALSE(calcElo(suite("BT2450"), results({}, 31, 900)));
-    EXPECT_NE(eloReport(suite("BT2450"), results({}, 29, 900)).find("the suite has 30 positions, the file 29"),
-              std::string::npos);
+    EXPECT_NE(
+        eloReport(suite("BT2450"), results({}, 29, 900)).find("the suite has 30 positions, the file 29"),
+        std::string::npos);
 }
 
 TEST(Elo, ReportNamesTheFormulaAndATimeOtherThanPrescribed) {
     const SuiteResults lct = results({{5, 10}, {20, 5}, {60, 3}, {120, 2}, {300, 2}, {450, 1}}, 35, 600);
     EXPECT_EQ(eloReport(suite("LCT II"), lct), "LCT II: Elo 2440 = 1900 + 540 points\n");
-    EXPECT_EQ(eloReport(suite("BT2450"), results({{150, 20}}, 30, 900)), "BT2450: Elo 2050 = 2450 - 12000.0 s / 30\n");
+    EXPECT_EQ(eloReport(suite("BT2450"), results({{150, 20}}, 30, 900)),
+              "BT2450: Elo 2050 = 2450 - 12000.0 s / 30\n");
     const std::string bs = eloReport(suite("BS2830"), results({{120, 15}}, 27, 900));
     EXPECT_EQ(bs.find("BS2830: Elo 2598.9 = 2830 - T/1.5 - T^2/484 with T = 210.0 min"), 0u) << bs;
     EXPECT_NE(bs.find("primary source is unknown"), std::string::npos);
     const std::string quick = eloReport(suite("BT2630"), results({}, 30, 0.5));
-    EXPECT_NE(quick.find("note: run at 0.5 s per position; the rule assumes 900 s"), std::string::npos) << quick;
+    EXPECT_NE(quick.find("note: run at 0.5 s per position; the rule assumes 900 s"), std::string::npos)
+        << quick;
 }
 
 TEST(Suites, RecognisedByFileNameElseByIds) {

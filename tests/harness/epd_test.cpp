@@ -1,11 +1,12 @@
 // Reading EPD lines and setting up their positions and moves, including damaged input.
+#include "harness/epd.h"
+
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <string>
 
 #include "board/notation.h"
-#include "harness/epd.h"
 
 namespace {
 
@@ -26,7 +27,8 @@ std::string badReason(const char* line) {
 
 TEST(EpdLine, ReadsFieldsCountersAndOperations) {
     EpdRecord r = parsed(
-        "r3kb1r/3n1pp1/p6p/2pPp2q/Pp2N3/3B2PP/1PQ2P2/R3K2R w KQkq - bm d6; id \"LCTII.POS.01\"; c0 \"Chernin - Miles\";");
+        "r3kb1r/3n1pp1/p6p/2pPp2q/Pp2N3/3B2PP/1PQ2P2/R3K2R w KQkq - bm d6; id \"LCTII.POS.01\"; c0 \"Chernin "
+        "- Miles\";");
     EXPECT_EQ(r.fen, "r3kb1r/3n1pp1/p6p/2pPp2q/Pp2N3/3B2PP/1PQ2P2/R3K2R w KQkq -");
     EXPECT_EQ(r.bestMoves, std::vector<std::string>{"d6"});
     EXPECT_TRUE(r.avoidMoves.empty());
@@ -58,11 +60,15 @@ TEST(EpdLine, BlankAndCommentLinesAreSkipped) {
 TEST(EpdLine, DamagedLinesAreRefusedWithAReason) {
     EXPECT_EQ(badReason("4k3/8/8/8 w"), "fewer than four position fields");
     EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/4K3 w -"), "fewer than four position fields");
-    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/8/4K3 w - - bm Kd1;"), "the position does not have 8 ranks of 8 squares");
-    EXPECT_EQ(badReason("4k3/8/8/8/8/8/4K3 w - - bm Kd1;"), "the position does not have 8 ranks of 8 squares");
+    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/8/4K3 w - - bm Kd1;"),
+              "the position does not have 8 ranks of 8 squares");
+    EXPECT_EQ(badReason("4k3/8/8/8/8/8/4K3 w - - bm Kd1;"),
+              "the position does not have 8 ranks of 8 squares");
     EXPECT_EQ(badReason("4k3/9/8/8/8/8/8/4K3 w - - bm Kd1;"), "bad character in the position: 9");
-    EXPECT_EQ(badReason("4k4/8/8/8/8/8/8/4K3 w - - bm Kd1;"), "the position does not have 8 ranks of 8 squares");
-    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/4K2 w - - bm Kd1;"), "the position does not have 8 ranks of 8 squares");
+    EXPECT_EQ(badReason("4k4/8/8/8/8/8/8/4K3 w - - bm Kd1;"),
+              "the position does not have 8 ranks of 8 squares");
+    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/4K2 w - - bm Kd1;"),
+              "the position does not have 8 ranks of 8 squares");
     EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/3KK3 w - - bm Kd1;"), "the position needs one king of each colour");
     EXPECT_EQ(badReason("8/8/8/8/8/8/8/4K3 w - - bm Kd1;"), "the position needs one king of each colour");
     EXPECT_EQ(badReason("4k2P/8/8/8/8/8/8/4K3 w - - bm Kd1;"), "pawn on the first or last rank");

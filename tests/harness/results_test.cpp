@@ -52,7 +52,9 @@ PositionResult position(int number, const char* id, PositionOutcome outcome, uin
     return p;
 }
 
-std::string tempPath(const char* name) { return (std::filesystem::temp_directory_path() / name).string(); }
+std::string tempPath(const char* name) {
+    return (std::filesystem::temp_directory_path() / name).string();
+}
 
 TEST(TsrFile, RoundTripKeepsEveryField) {
     SuiteResults written;
@@ -89,7 +91,8 @@ TEST(TsrFile, DamagedFilesAreRefusedWithTheLine) {
     std::string error;
     EXPECT_FALSE(readTsr(tempPath("kelvra_no_such_file.tsr"), results, error));
     EXPECT_NE(error.find("cannot open"), std::string::npos);
-    for (const char* bad : {"1 solved 100 5 e2e4\n", "1 maybe 100 5 e2e4 x\n", "1 solved x 5 e2e4 x\n", "7\n"}) {
+    for (const char* bad :
+         {"1 solved 100 5 e2e4\n", "1 maybe 100 5 e2e4 x\n", "1 solved x 5 e2e4 x\n", "7\n"}) {
         std::ofstream(path) << "# comment\nfile a.epd\n\n" << bad;
         EXPECT_FALSE(readTsr(path, results, error)) << bad;
         EXPECT_NE(error.find("line 4"), std::string::npos) << error;
@@ -113,12 +116,14 @@ TEST(TsrFile, NamedAfterTheEpdFileInTheCurrentDirectory) {
 
 TEST(TsrCompare, SolvedByOneOnlyAndTimeDifferences) {
     SuiteResults a, b;
-    a.positions = {position(1, "p1", PositionOutcome::SOLVED, 2000), position(2, "p2", PositionOutcome::SOLVED, 500),
-                   position(3, "p3", PositionOutcome::UNSOLVED, 9000), position(4, "p4", PositionOutcome::UNSOLVED, 9),
-                   position(5, "p5", PositionOutcome::SOLVED, 100)};
-    b.positions = {position(2, "p2", PositionOutcome::SOLVED, 1750), position(1, "p1", PositionOutcome::SOLVED, 1000),
-                   position(3, "p3", PositionOutcome::SOLVED, 4000), position(4, "p4", PositionOutcome::ERROR, 0),
-                   position(6, "p6", PositionOutcome::SOLVED, 300)};
+    a.positions = {
+        position(1, "p1", PositionOutcome::SOLVED, 2000), position(2, "p2", PositionOutcome::SOLVED, 500),
+        position(3, "p3", PositionOutcome::UNSOLVED, 9000), position(4, "p4", PositionOutcome::UNSOLVED, 9),
+        position(5, "p5", PositionOutcome::SOLVED, 100)};
+    b.positions = {
+        position(2, "p2", PositionOutcome::SOLVED, 1750), position(1, "p1", PositionOutcome::SOLVED, 1000),
+        position(3, "p3", PositionOutcome::SOLVED, 4000), position(4, "p4", PositionOutcome::ERROR, 0),
+        position(6, "p6", PositionOutcome::SOLVED, 300)};
     const Comparison c = compareResults(a, "a.tsr", b, "b.tsr");
     EXPECT_EQ(c.both, 2);
     EXPECT_EQ(c.onlyA, 0);
@@ -136,7 +141,8 @@ TEST(TsrCompare, SolvedByOneOnlyAndTimeDifferences) {
               "p3                            -     4.00 s  solved only by b\n"
               "p5                       0.10 s             only in a\n"
               "p6                                  0.30 s  only in b\n"
-              "solved by both 2 (a 2.50 s, b 2.75 s), only by a 0, only by b 1, by neither 1, in one file only 2\n");
+              "solved by both 2 (a 2.50 s, b 2.75 s), only by a 0, only by b 1, by neither 1, in one file "
+              "only 2\n");
     // Swapping the files swaps the sides.
     const Comparison swapped = compareResults(b, "b.tsr", a, "a.tsr");
     EXPECT_EQ(swapped.onlyA, 1);

@@ -15,10 +15,12 @@
 
 namespace {
 
-bool sanitized() { return std::getenv("KELVRA_SANITIZED") != nullptr; }
+bool sanitized() {
+    return std::getenv("KELVRA_SANITIZED") != nullptr;
+}
 
 class EpdRunTest : public testing::Test {
-protected:
+  protected:
     static void SetUpTestSuite() { tt.alloc(Tt::MIN_KILOBYTES); }
 
     // Runs the file, capturing what the run prints.
@@ -48,7 +50,8 @@ TEST_F(EpdRunTest, EveryPublishedSuiteRunsEndToEnd) {
         const char* file;
         const char* suite;
         size_t positions;
-    } SUITES[] = {{"lct2", "LCT II", 35}, {"bt2450", "BT2450", 30}, {"bt2630", "BT2630", 30}, {"bs2830", "BS2830", 27}};
+    } SUITES[] = {
+        {"lct2", "LCT II", 35}, {"bt2450", "BT2450", 30}, {"bt2630", "BT2630", 30}, {"bs2830", "BS2830", 27}};
     for (const auto& s : SUITES) {
         const EpdRun r = run(std::string(KELVRA_DATA_DIR) + "/suites/" + s.file + ".epd", seconds);
         ASSERT_NE(r.suite, nullptr) << s.file;
@@ -106,13 +109,16 @@ TEST_F(EpdRunTest, DamagedLinesAreReportedAndTheRunGoesOn) {
     EXPECT_EQ(r.results.positions[5].outcome, PositionOutcome::SOLVED) << printed;
     // The last line has no newline and is still a position.
     EXPECT_NE(r.results.positions[6].outcome, PositionOutcome::ERROR) << printed;
-    EXPECT_NE(printed.find("  1 no moves         error: line 2: no bm or am operation"), std::string::npos) << printed;
-    EXPECT_NE(printed.find("  2 bad move         error: line 3: not a legal move in bm: Kd9"), std::string::npos);
+    EXPECT_NE(printed.find("  1 no moves         error: line 2: no bm or am operation"), std::string::npos)
+        << printed;
+    EXPECT_NE(printed.find("  2 bad move         error: line 3: not a legal move in bm: Kd9"),
+              std::string::npos);
     EXPECT_NE(printed.find("  4 #4               error: line 6: bad position"), std::string::npos) << printed;
     EXPECT_NE(printed.find("  5 #5               error: line 7: fewer than four position fields"),
               std::string::npos);
     EXPECT_EQ(summaryText(r.results).find("solved "), 0u);
-    EXPECT_NE(summaryText(r.results).find(", 5 positions in error\n"), std::string::npos) << summaryText(r.results);
+    EXPECT_NE(summaryText(r.results).find(", 5 positions in error\n"), std::string::npos)
+        << summaryText(r.results);
 }
 
 TEST_F(EpdRunTest, TheSearchStateIsPutBack) {

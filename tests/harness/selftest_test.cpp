@@ -1,10 +1,11 @@
 // The self tests that do not depend on the machine's load: threads with their events, and String.
+#include "harness/selftest.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
 
 #include "frontend/util/string.h"
-#include "harness/selftest.h"
 #include "search/tt.h"
 
 namespace {

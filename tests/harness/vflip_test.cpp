@@ -1,12 +1,12 @@
 // The colour-flip twin of a position, and the check over the published suites.
+#include "harness/vflip.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <string>
-
-#include "harness/vflip.h"
 
 namespace {
 
@@ -50,8 +50,10 @@ TEST(Vflip, DamagedLinesAreCountedAndReported) {
     EXPECT_EQ(count.positions, 2);
     EXPECT_EQ(count.errors, 2);
     EXPECT_NE(printed.find("vflip: line 3: fewer than four position fields\n"), std::string::npos) << printed;
-    EXPECT_NE(printed.find("vflip: line 4: bad position: 4k3/8/8/8/8/8/8/4R1K1 w - -\n"), std::string::npos) << printed;
-    EXPECT_NE(printed.find("vflip: 2 positions, 0 not equal, 2 lines in error\n"), std::string::npos) << printed;
+    EXPECT_NE(printed.find("vflip: line 4: bad position: 4k3/8/8/8/8/8/8/4R1K1 w - -\n"), std::string::npos)
+        << printed;
+    EXPECT_NE(printed.find("vflip: 2 positions, 0 not equal, 2 lines in error\n"), std::string::npos)
+        << printed;
     EXPECT_FALSE(vflipFile("/no/such/file.epd", count, stdout));
     std::remove(path.c_str());
 }
