@@ -6,6 +6,7 @@
 #include <string>
 
 #include "search/bench.h"
+#include "search/nodeutil.h"
 #include "search/report.h"
 #include "search_helpers.h"
 
@@ -119,6 +120,35 @@ TEST(Search, MateDistancePruningCutsBeforeAnyMove) {
     EXPECT_EQ(thread.stats.nodes.get(), 2u);
     // A PV node searches on.
     EXPECT_LT(alphaBeta(thread, 4, -MATE + 1, -MATE + 3, 1, NO_MOVE, NODE_PV), MATE_BOUND);
+}
+
+TEST(Search, TableScoresAreReadRelativeToTheNode) {
+    ASSERT_TRUE(gameBoard.setFen("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP3PPP/R2QKB1R w KQ - 0 8"));
+    SearchThread& thread = searchThread;
+    thread.board = gameBoard;
+    thread.clearRecord();
+    thread.stop.store(0);
+    timeControl.setMoveTime(20000);
+    timeControl.start();
+    tt.clear();
+
+    // A mate ten plies from the root found at ply 3 is a mate twelve plies from the root at ply 5.
+    storeEntry(thread, 3, NO_MOVE, MATE - 10, 20, TT_EXACT);
+    EXPECT_EQ(alphaBeta(thread, 5, 0, 1, 6, NO_MOVE, NODE_CUT), MATE - 12);
+    storeEntry(thread, 3, NO_MOVE, -(MATE - 10), 20, TT_EXACT);
+    EXPECT_EQ(alphaBeta(thread, 5, 0, 1, 6, NO_MOVE, NODE_CUT), -(MATE - 12));
+
+    // A shallow entry still decides the node when it knows the game is won ...
+    tt.clear();
+    storeEntry(thread, 2, NO_MOVE, 3500, 1, TT_LOWER);
+    const uint64_t cuts = thread.stats.ttCuts.get();
+    EXPECT_EQ(alphaBeta(thread, 2, 3399, 3400, 6, NO_MOVE, NODE_CUT), 3500);
+    EXPECT_EQ(thread.stats.ttCuts.get(), cuts + 1);
+    // ... but not at a PV node, and not with an ordinary score.
+    EXPECT_LT(alphaBeta(thread, 2, 3399, 3400, 2, NO_MOVE, NODE_PV), 3400);
+    tt.clear();
+    storeEntry(thread, 2, NO_MOVE, 500, 1, TT_LOWER);
+    EXPECT_LT(alphaBeta(thread, 2, 499, 500, 2, NO_MOVE, NODE_CUT), 500);
 }
 
 TEST(Search, UnconfirmedFailHighKeepsTheBestMove) {
