@@ -1,123 +1,93 @@
 #include "harness/selftest.h"
 
-#include <atomic>
+#include <algorithm>
 #include <chrono>
-#include <cstring>
-#include <memory>
+#include <cstdlib>
 #include <vector>
 
 #include "board/board.h"
 #include "frontend/util/string.h"
 #include "platform/platform.h"
+#include "search/bench.h"
+#include "search/parallel.h"
 #include "search/searchthread.h"
 #include "search/timecontrol.h"
 
 namespace {
 
-constexpr int ROUNDS = 200;
-constexpr int SEARCH_ROUNDS = 3;
+constexpr int ROUNDS = 6;
 
-// One thread slot as the parallel search drives its workers: asleep on go, awake for one piece of
-// work, then idle again. Shared with its thread, which may still be leaving Event::set when the test
-// ends.
-struct Slot {
-    platform::Event go;
-    platform::Event idle;
-    std::atomic<bool> quit{false};
-    std::atomic<int> wakes{0};
+// What the self test changes on the search threads, put back when it ends.
+struct SavedThreads {
+    Board board = gameBoard;
+    SearchListener* listener = searchThread.listener;
+    bool statistics = searchThread.printStatistics;
+    bool echo = searchThread.echoLines;
+    bool infinite = timeControl.infinite.load();
+    int maxDepth = searchThread.maxDepth;
+    int threads = threadCount();
+
+    ~SavedThreads() {
+        gameBoard = board;
+        searchThread.listener = listener;
+        searchThread.printStatistics = statistics;
+        searchThread.echoLines = echo;
+        timeControl.infinite.store(infinite);
+        searchThread.maxDepth = maxDepth;
+        setThreads(threads);
+    }
 };
 
-void slotBody(std::shared_ptr<Slot> slot) {
-    for (;;) {
-        slot->go.wait();
-        slot->go.reset();
-        if (slot->quit.load()) {
-            slot->idle.set();
-            return;
+// One round: an endless search on all slots, stopped after a moment. Every worker must have woken
+// with the round's root position (a worker takes back what it played, so its board ends there) and
+// gone back to sleep.
+bool wakeAndStop(int round, uint32_t& stopMs, uint64_t& workerNodes, std::string& detail) {
+    gameBoard.setFen(benchPositions()[round % benchPositions().size()]);
+    searchThread.startSearch(false);
+    platform::sleepMs(20);
+    if (searchThread.isIdle()) {
+        detail = "the search thread did not start searching";
+        return false;
+    }
+    const uint32_t start = platform::getTickCount();
+    searchThread.stopSearch();
+    waitForWorkers();
+    stopMs = std::max(stopMs, platform::getTickCount() - start);
+    for (int i = 1; i < MAX_THREADS; ++i) {
+        if (searchThreads[i].board.hash != gameBoard.hash) {
+            detail = "slot " + std::to_string(i) + " did not wake with the search";
+            return false;
         }
-        slot->wakes.fetch_add(1);
-        slot->idle.set();
+        workerNodes += searchThreads[i].stats.nodes.get() + searchThreads[i].stats.qnodes.get();
     }
+    return true;
 }
 
-void wakeAll(std::vector<std::shared_ptr<Slot>>& slots) {
-    for (auto& slot : slots) {
-        slot->idle.reset();
-        slot->go.set();
-    }
-    for (auto& slot : slots) slot->idle.wait();
-}
+}  // namespace
 
-// The search thread itself: started on an endless search, it must be busy, and stop when asked.
-bool searchThreadStartsAndStops(std::string& detail) {
+// All eight slots through the parallel search's own calls: set the count, start (which wakes the
+// workers), stop, wait until every worker sleeps; several rounds, then the old count again.
+bool threadSelfTest(std::string& detail) {
     searchThread.boot();
     searchThread.stopSearch();
-    const Board board = gameBoard;
-    SearchListener* listener = searchThread.listener;
-    const bool statistics = searchThread.printStatistics, echo = searchThread.echoLines;
-    const bool infinite = timeControl.infinite.load();
-    const int maxDepth = searchThread.maxDepth;
-    gameBoard.setFen(START_FEN);
+    const SavedThreads saved;
+    setThreads(MAX_THREADS);
     searchThread.maxDepth = 0;
     searchThread.listener = nullptr;
     searchThread.printStatistics = false;
     searchThread.echoLines = false;
     timeControl.infinite.store(true);
-
-    bool passed = true;
-    uint32_t slowest = 0;
-    for (int round = 0; round < SEARCH_ROUNDS && passed; ++round) {
-        searchThread.startSearch(false);
-        platform::sleepMs(20);
-        if (searchThread.isIdle()) {
-            detail = "the search thread did not start searching";
-            passed = false;
-        }
-        const uint32_t start = platform::getTickCount();
-        searchThread.stopSearch();
-        slowest = std::max(slowest, platform::getTickCount() - start);
-        if (!searchThread.isIdle()) {
-            detail = "the search thread did not stop";
-            passed = false;
-        }
-    }
-
-    gameBoard = board;
-    searchThread.listener = listener;
-    searchThread.printStatistics = statistics;
-    searchThread.echoLines = echo;
-    timeControl.infinite.store(infinite);
-    searchThread.maxDepth = maxDepth;
-    if (passed)
-        detail = "search thread started and stopped " + std::to_string(SEARCH_ROUNDS) +
-                 " times, slowest stop " + std::to_string(slowest) + " ms";
-    return passed;
-}
-
-}  // namespace
-
-bool threadSelfTest(std::string& detail) {
-    std::vector<std::shared_ptr<Slot>> slots;
-    for (int i = 0; i < MAX_THREADS; ++i) {
-        slots.push_back(std::make_shared<Slot>());
-        platform::startThread([slot = slots.back()] { slotBody(slot); }, true);
-    }
-    for (int round = 0; round < ROUNDS; ++round) wakeAll(slots);
-    for (auto& slot : slots) slot->quit.store(true);
-    wakeAll(slots);
-    for (size_t i = 0; i < slots.size(); ++i)
-        if (slots[i]->wakes.load() != ROUNDS) {
-            detail = "slot " + std::to_string(i) + " woke " + std::to_string(slots[i]->wakes.load()) +
-                     " times of " + std::to_string(ROUNDS);
-            return false;
-        }
-    std::string search;
-    if (!searchThreadStartsAndStops(search)) {
-        detail = search;
+    if (threadCount() != MAX_THREADS) {
+        detail = "only " + std::to_string(threadCount()) + " search threads could be set";
         return false;
     }
-    detail = std::to_string(MAX_THREADS) + " slots woken " + std::to_string(ROUNDS) + " times and stopped; " +
-             search;
+    uint32_t stopMs = 0;
+    uint64_t workerNodes = 0;
+    for (int round = 0; round < ROUNDS; ++round)
+        if (!wakeAndStop(round, stopMs, workerNodes, detail)) return false;
+    detail = std::to_string(MAX_THREADS) + " slots started, woken and stopped " + std::to_string(ROUNDS) +
+             " times, slowest stop " + std::to_string(stopMs) + " ms, workers searched " +
+             std::to_string(workerNodes) + " nodes";
     return true;
 }
 
