@@ -427,7 +427,7 @@ std::string splitStatistics() {
         kills += smp.slots[i].kills.load();
     }
     std::string text = "smp    : splits=" + formatCount(splits) + ", kills=" + formatCount(kills) + "\n";
-    char line[96];
+    char line[160];
     for (int i = 0; i < count; ++i) {
         const WorkerSlot& slot = smp.slots[i];
         const int active = static_cast<int>(i == 0 ? timeControl.elapsed() : slot.activeMs.load());
