@@ -109,6 +109,15 @@ TEST(UciOptions, EveryOptionIsTakenAndLogged) {
     // The resized and cleared table serves the next search.
     out = session.exchange("position startpos\ngo depth 3\n", "bestmove ");
     EXPECT_NE(out.find("info depth 3"), std::string::npos) << out;
+
+    // The table is not pulled away from under a running search.
+    session.exchange("go infinite\n", "info depth");
+    out = session.exchange("setoption name Hash value 8\nsetoption name Clear Hash\nstop\n", "bestmove ");
+    EXPECT_EQ(countOf(out, "bestmove "), 1u) << out;
+    log = session.logText();
+    EXPECT_NE(log.find("setoption Hash during a search ignored\n"), std::string::npos) << log;
+    EXPECT_NE(log.find("setoption Clear during a search ignored\n"), std::string::npos) << log;
+    EXPECT_EQ(log.find("resizing hash to 8Mb"), std::string::npos) << log;
 }
 
 // Only the exact word "true" sets may-ponder, which gives each move a larger share of the clock.
