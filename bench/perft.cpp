@@ -1,8 +1,9 @@
 // Perft speed: leaf positions per second with every leaf made and taken back, on one thread.
+#include "board/perft.h"
+
 #include <benchmark/benchmark.h>
 
 #include "board/board.h"
-#include "board/perft.h"
 
 namespace {
 
@@ -15,7 +16,9 @@ void runPerft(benchmark::State& state, const char* fen, int depth) {
     state.counters["leaves"] = static_cast<double>(leaves / state.iterations());
 }
 
-void startPosition(benchmark::State& state) { runPerft(state, START_FEN, static_cast<int>(state.range(0))); }
+void startPosition(benchmark::State& state) {
+    runPerft(state, START_FEN, static_cast<int>(state.range(0)));
+}
 
 // Many captures, promotions, castling and pins.
 void middlegame(benchmark::State& state) {

@@ -12,12 +12,22 @@ constexpr int WHITE = 0;
 constexpr int BLACK = 1;
 
 // Squares: rank * 16 + file, a1 = 0, h8 = 0x77; on the board exactly when square & 0x88 is 0.
-constexpr bool onBoard(int square) { return (square & 0x88) == 0; }
-constexpr int fileOf(int square) { return square & 7; }
-constexpr int rankOf(int square) { return square >> 4; }
-constexpr int makeSquare(int file, int rank) { return rank * 16 + file; }
+constexpr bool onBoard(int square) {
+    return (square & 0x88) == 0;
+}
+constexpr int fileOf(int square) {
+    return square & 7;
+}
+constexpr int rankOf(int square) {
+    return square >> 4;
+}
+constexpr int makeSquare(int file, int rank) {
+    return rank * 16 + file;
+}
 // Side-relative square tables are mirrored by this XOR.
-constexpr int flipSquare(int square) { return square ^ 0x70; }
+constexpr int flipSquare(int square) {
+    return square ^ 0x70;
+}
 
 // Slots. A square holds the slot of its piece; the slot names an entry of pieceSquare and fixes colour
 // and kind: colour base + kind offset + index within the kind.
@@ -25,7 +35,9 @@ constexpr uint8_t EMPTY = 0;
 constexpr uint8_t OFF_BOARD = 192;
 constexpr int WHITE_BASE = 64;
 constexpr int BLACK_BASE = 128;
-constexpr int colourBase(int colour) { return WHITE_BASE << colour; }
+constexpr int colourBase(int colour) {
+    return WHITE_BASE << colour;
+}
 constexpr int KING_SLOT = 4;     // 1 slot
 constexpr int PAWN_SLOT = 8;     // 8 slots
 constexpr int KNIGHT_SLOT = 20;  // 10 slots
@@ -44,9 +56,15 @@ constexpr uint8_t NO_SQUARE = 255;
 // Added to a list entry's square (mod 256) while its piece is captured or set aside.
 constexpr uint8_t SET_ASIDE = 128;
 
-constexpr int colourOfSlot(int slot) { return slot >> 7; }  // for real pieces only
-constexpr bool isSliderSlot(int slot) { return (slot & 32) != 0; }
-constexpr bool isPawnSlot(int slot) { return (slot & 56) == 8; }
+constexpr int colourOfSlot(int slot) {
+    return slot >> 7;
+}  // for real pieces only
+constexpr bool isSliderSlot(int slot) {
+    return (slot & 32) != 0;
+}
+constexpr bool isPawnSlot(int slot) {
+    return (slot & 56) == 8;
+}
 
 // Kinds as indexes into PIECE_LETTERS; promotion kinds in a move word use the same numbers.
 constexpr int PAWN = 1;
@@ -67,7 +85,9 @@ constexpr uint8_t KNIGHT_BIT = 8;
 constexpr uint8_t BISHOP_BIT = 16;
 constexpr uint8_t ROOK_BIT = 32;
 constexpr uint8_t QUEEN_BITS = 48;
-constexpr uint8_t colourBit(int colour) { return WHITE_BIT << colour; }
+constexpr uint8_t colourBit(int colour) {
+    return WHITE_BIT << colour;
+}
 
 // Material words: bits 0-7 non-pawn units, 8-11 pawns, 12-15 knights, 16-19 bishops, 20-23 rooks,
 // 24-27 queens, 28-31 pieces other than pawns and king.
@@ -76,13 +96,27 @@ constexpr uint32_t KNIGHT_MATERIAL = 0x10001003;
 constexpr uint32_t BISHOP_MATERIAL = 0x10010003;
 constexpr uint32_t ROOK_MATERIAL = 0x10100005;
 constexpr uint32_t QUEEN_MATERIAL = 0x1100000A;
-constexpr int materialUnits(uint32_t word) { return static_cast<int>((word & 255) + ((word >> 8) & 15)); }
-constexpr int pawnCount(uint32_t word) { return static_cast<int>((word >> 8) & 15); }
-constexpr int knightCount(uint32_t word) { return static_cast<int>((word >> 12) & 15); }
-constexpr int bishopCount(uint32_t word) { return static_cast<int>((word >> 16) & 15); }
-constexpr int rookCount(uint32_t word) { return static_cast<int>((word >> 20) & 15); }
-constexpr int queenCount(uint32_t word) { return static_cast<int>((word >> 24) & 15); }
-constexpr int pieceCount(uint32_t word) { return static_cast<int>(word >> 28); }
+constexpr int materialUnits(uint32_t word) {
+    return static_cast<int>((word & 255) + ((word >> 8) & 15));
+}
+constexpr int pawnCount(uint32_t word) {
+    return static_cast<int>((word >> 8) & 15);
+}
+constexpr int knightCount(uint32_t word) {
+    return static_cast<int>((word >> 12) & 15);
+}
+constexpr int bishopCount(uint32_t word) {
+    return static_cast<int>((word >> 16) & 15);
+}
+constexpr int rookCount(uint32_t word) {
+    return static_cast<int>((word >> 20) & 15);
+}
+constexpr int queenCount(uint32_t word) {
+    return static_cast<int>((word >> 24) & 15);
+}
+constexpr int pieceCount(uint32_t word) {
+    return static_cast<int>(word >> 28);
+}
 
 // Castling rights.
 constexpr uint8_t WHITE_SHORT = 1;
@@ -91,8 +125,12 @@ constexpr uint8_t WHITE_LONG = 4;
 constexpr uint8_t BLACK_LONG = 8;
 
 // The 64-bit keys are used as two 32-bit halves (the book and the hash table store them so).
-constexpr uint32_t lowHalf(uint64_t key) { return static_cast<uint32_t>(key); }
-constexpr uint32_t highHalf(uint64_t key) { return static_cast<uint32_t>(key >> 32); }
+constexpr uint32_t lowHalf(uint64_t key) {
+    return static_cast<uint32_t>(key);
+}
+constexpr uint32_t highHalf(uint64_t key) {
+    return static_cast<uint32_t>(key >> 32);
+}
 
 // The index of square 0 (a1) in Board::squares: two ranks of off-board guard below and above let a step
 // of up to two ranks from any real square be read without a bounds test.

@@ -10,8 +10,9 @@ struct KindRange {
     int first;
     int end;
 };
-constexpr KindRange KIND_RANGES[6] = {{KING_SLOT, KING_END},     {PAWN_SLOT, PAWN_END}, {KNIGHT_SLOT, KNIGHT_END},
-                                      {BISHOP_SLOT, BISHOP_END}, {ROOK_SLOT, ROOK_END}, {QUEEN_SLOT, QUEEN_END}};
+constexpr KindRange KIND_RANGES[6] = {{KING_SLOT, KING_END},     {PAWN_SLOT, PAWN_END},
+                                      {KNIGHT_SLOT, KNIGHT_END}, {BISHOP_SLOT, BISHOP_END},
+                                      {ROOK_SLOT, ROOK_END},     {QUEEN_SLOT, QUEEN_END}};
 
 }  // namespace
 
@@ -25,7 +26,8 @@ bool Board::check(const char* label) const {
     for (int rank = 0; rank < 8; ++rank)
         for (int file = 8; file < 16; ++file) offBoard |= at(rank * 16 + file) ^ OFF_BOARD;
     if (offBoard) {
-        log.warning(" %s wrong index: sq=%x, col=%x, i=%x, ix=%x=%x\n", label, 0x88, 2, offBoard ^ OFF_BOARD, 0, 0);
+        log.warning(" %s wrong index: sq=%x, col=%x, i=%x, ix=%x=%x\n", label, 0x88, 2, offBoard ^ OFF_BOARD,
+                    0, 0);
         ok = false;
     }
     for (int rank = 0; rank < 8; ++rank) {
@@ -34,8 +36,8 @@ bool Board::check(const char* label) const {
             const uint8_t slot = at(square);
             if (slot == EMPTY) continue;
             if (slot >= 192 || !(pieceCode[slot] & 63) || pieceSquare[slot] != square) {
-                log.warning(" %s wrong index: sq=%x, col=%x, i=%x, ix=%x=%x\n", label, square, slot >> 7, slot,
-                            slot < 192 ? pieceSquare[slot] : 0, slot);
+                log.warning(" %s wrong index: sq=%x, col=%x, i=%x, ix=%x=%x\n", label, square, slot >> 7,
+                            slot, slot < 192 ? pieceSquare[slot] : 0, slot);
                 ok = false;
             }
         }
@@ -55,8 +57,8 @@ bool Board::check(const char* label) const {
                 const bool wrong = ended || slot == base + range.end ||
                                    (onBoard(square) ? at(square) != slot : !onBoard(square ^ SET_ASIDE));
                 if (wrong) {
-                    log.warning(" %s wrong index: sq=%x, col=%x, i=%x, ix=%x=%x\n", label, square, colour, slot,
-                                square, onBoard(square) ? at(square) : 0);
+                    log.warning(" %s wrong index: sq=%x, col=%x, i=%x, ix=%x=%x\n", label, square, colour,
+                                slot, square, onBoard(square) ? at(square) : 0);
                     ok = false;
                 }
             }

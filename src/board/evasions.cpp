@@ -93,7 +93,8 @@ Move* movesTo(const Board& board, Move* list, int target, bool capture) {
     for (int first : {KNIGHT_SLOT, BISHOP_SLOT, ROOK_SLOT, QUEEN_SLOT}) {
         int from;
         for (int slot = base + first; (from = board.pieceSquare[slot]) != NO_SQUARE; ++slot)
-            if (onBoard(from) && pieceAttacks(board, from, target)) *list++ = makeMoveWord(from, target, content);
+            if (onBoard(from) && pieceAttacks(board, from, target))
+                *list++ = makeMoveWord(from, target, content);
     }
     return list;
 }
@@ -127,10 +128,12 @@ Move* generateEvasions(Board& board, Move* list) {
     list = movesTo(board, list, checker, true);
     if (isSliderSlot(board.at(checker))) {
         const int step = direction[king - checker];
-        for (int square = checker + step; square != king; square += step) list = movesTo(board, list, square, false);
+        for (int square = checker + step; square != king; square += step)
+            list = movesTo(board, list, square, false);
     }
     const int ep = static_cast<int>(board.epSquare);
-    if (ep && ((ep ^ 16) == checker || blocksCheck(board, checker, king, ep))) list = enPassantMoves(board, list);
+    if (ep && ((ep ^ 16) == checker || blocksCheck(board, checker, king, ep)))
+        list = enPassantMoves(board, list);
     pins.restore(board);
     return list;
 }

@@ -14,13 +14,20 @@ namespace {
 // Letter -> kind index, 0 for a character that names no piece.
 int kindOfLetter(char letter) {
     switch (letter | 32) {
-        case 'p': return PAWN;
-        case 'n': return KNIGHT;
-        case 'k': return KING;
-        case 'b': return BISHOP;
-        case 'r': return ROOK;
-        case 'q': return QUEEN;
-        default: return 0;
+        case 'p':
+            return PAWN;
+        case 'n':
+            return KNIGHT;
+        case 'k':
+            return KING;
+        case 'b':
+            return BISHOP;
+        case 'r':
+            return ROOK;
+        case 'q':
+            return QUEEN;
+        default:
+            return 0;
     }
 }
 
@@ -228,7 +235,8 @@ bool Board::setFen(const char* text) {
                 else
                     Log().info("castling q invalid\n");
                 break;
-            default: Log().info("setFen(): illegal castling char: %c\n", *p);
+            default:
+                Log().info("setFen(): illegal castling char: %c\n", *p);
         }
     }
     if (*p == '-') ++p;
@@ -308,7 +316,8 @@ void Board::writeFen(FILE* stream) const {
     if (castling & BLACK_SHORT) fputc('k', stream);
     if (castling & BLACK_LONG) fputc('q', stream);
     if (epSquare)
-        fprintf(stream, " %c%c", 'a' + fileOf(static_cast<int>(epSquare)), '1' + rankOf(static_cast<int>(epSquare)));
+        fprintf(stream, " %c%c", 'a' + fileOf(static_cast<int>(epSquare)),
+                '1' + rankOf(static_cast<int>(epSquare)));
     else
         fputs(" -", stream);
     fprintf(stream, " %i %i", static_cast<int>(ply - lastIrreversible), static_cast<int>(ply));

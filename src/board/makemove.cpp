@@ -27,7 +27,8 @@ Move checkBits(const Board& board, Move move, int from, int to) {
         return bits;
     }
     const int step = direction[from - king];
-    if (step && direction[to - king] != step && sliderBehind(board, king, from, mover)) bits |= MOVE_DISCOVERED;
+    if (step && direction[to - king] != step && sliderBehind(board, king, from, mover))
+        bits |= MOVE_DISCOVERED;
     if ((move & MOVE_EN_PASSANT) && sliderBehind(board, king, to ^ 16, mover)) bits |= MOVE_DISCOVERED;
     if (movegen::pieceAttacks(board, to, king)) bits |= MOVE_CHECK;
     return bits;
@@ -54,7 +55,9 @@ void clearEpSquare(Board& board) {
 }
 
 // The rook's corner for a castling move, from the square the king passes over.
-constexpr int rookCorner(int passed) { return passed ^ 2 ^ ((passed & 2) >> 1); }
+constexpr int rookCorner(int passed) {
+    return passed ^ 2 ^ ((passed & 2) >> 1);
+}
 
 // Undoes the common start of makeMove for a refused move.
 Move refuse(Board& board) {
@@ -127,7 +130,8 @@ Move play(Board& board, Move move) {
         const int base = colourBase(side);
         newSlot = static_cast<uint8_t>(base + FIRST_SLOT[promotion]);
         while (board.pieceSquare[newSlot] != NO_SQUARE) ++newSlot;
-        const uint8_t limit = static_cast<uint8_t>(base + (promotion == QUEEN ? QUEEN_END : FIRST_SLOT[promotion] + 10));
+        const uint8_t limit =
+            static_cast<uint8_t>(base + (promotion == QUEEN ? QUEEN_END : FIRST_SLOT[promotion] + 10));
         if (newSlot >= limit || board.promotionCount >= PROMOTION_STACK_SIZE) return refuse(board);
     }
 

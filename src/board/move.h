@@ -19,18 +19,34 @@ constexpr Move MOVE_PROMOTION = 7u << 24;
 // Promotion, en passant or castling: these need the full unmake.
 constexpr Move MOVE_SPECIAL = 0x1F000000;
 
-constexpr int moveTo(Move move) { return static_cast<int>(move & 127); }
-constexpr int moveFrom(Move move) { return static_cast<int>((move >> 8) & 255); }
-constexpr int capturedSlot(Move move) { return static_cast<int>((move >> 16) & 255); }
-constexpr int promotionKind(Move move) { return static_cast<int>((move >> 24) & 7); }
-constexpr bool isCapture(Move move) { return capturedSlot(move) != 0; }
-constexpr bool isSpecial(Move move) { return (move & MOVE_SPECIAL) != 0; }
-constexpr bool givesCheck(Move move) { return (move & MOVE_CHECKS) != 0; }
+constexpr int moveTo(Move move) {
+    return static_cast<int>(move & 127);
+}
+constexpr int moveFrom(Move move) {
+    return static_cast<int>((move >> 8) & 255);
+}
+constexpr int capturedSlot(Move move) {
+    return static_cast<int>((move >> 16) & 255);
+}
+constexpr int promotionKind(Move move) {
+    return static_cast<int>((move >> 24) & 7);
+}
+constexpr bool isCapture(Move move) {
+    return capturedSlot(move) != 0;
+}
+constexpr bool isSpecial(Move move) {
+    return (move & MOVE_SPECIAL) != 0;
+}
+constexpr bool givesCheck(Move move) {
+    return (move & MOVE_CHECKS) != 0;
+}
 
 constexpr Move makeMoveWord(int from, int to, int captured = 0, Move flags = 0) {
     return static_cast<Move>(to) | static_cast<Move>(from) << 8 | static_cast<Move>(captured) << 16 | flags;
 }
-constexpr Move promotionFlag(int kind) { return static_cast<Move>(kind) << 24; }
+constexpr Move promotionFlag(int kind) {
+    return static_cast<Move>(kind) << 24;
+}
 
 // No position has more moves than this.
 constexpr int MAX_MOVES = 256;

@@ -19,11 +19,14 @@ bool isAttacked(const Board& board, int byColour, int square) {
         if (onBoard(from) && (attackMask[square - from] & KNIGHT_BIT)) return true;
     // Step 4. Bishops, rooks, queens.
     for (int slot = base + BISHOP_SLOT; (from = list[slot]) != NO_SQUARE; ++slot)
-        if (onBoard(from) && (attackMask[square - from] & BISHOP_BIT) && pathClear(board, square, from)) return true;
+        if (onBoard(from) && (attackMask[square - from] & BISHOP_BIT) && pathClear(board, square, from))
+            return true;
     for (int slot = base + ROOK_SLOT; (from = list[slot]) != NO_SQUARE; ++slot)
-        if (onBoard(from) && (attackMask[square - from] & ROOK_BIT) && pathClear(board, square, from)) return true;
+        if (onBoard(from) && (attackMask[square - from] & ROOK_BIT) && pathClear(board, square, from))
+            return true;
     for (int slot = base + QUEEN_SLOT; (from = list[slot]) != NO_SQUARE; ++slot)
-        if (onBoard(from) && (attackMask[square - from] & QUEEN_BITS) && pathClear(board, square, from)) return true;
+        if (onBoard(from) && (attackMask[square - from] & QUEEN_BITS) && pathClear(board, square, from))
+            return true;
     return false;
 }
 
@@ -69,7 +72,8 @@ Move* pinnedMoves(const Board& board, Move* list, int square, int pinner, int st
     if (!(pieceCode[slot] & lineBit(step))) return list;
     if (MODE != QUIET) *list++ = makeMoveWord(square, pinner, pinnerSlot);
     if (MODE != CAPTURES) {
-        for (int target = square + step; target != pinner; target += step) *list++ = makeMoveWord(square, target);
+        for (int target = square + step; target != pinner; target += step)
+            *list++ = makeMoveWord(square, target);
         for (int target = square - step; board.at(target) == EMPTY; target -= step)
             *list++ = makeMoveWord(square, target);
     }
@@ -106,7 +110,8 @@ Move* pinPass(Board& board, Move* list, Pins& pins) {
 }
 
 template <int MODE>
-Move* pieceMoves(const Board& board, Move* list, int firstSlot, const int* steps, int stepCount, bool slides) {
+Move* pieceMoves(const Board& board, Move* list, int firstSlot, const int* steps, int stepCount,
+                 bool slides) {
     const int enemy = colourBase(static_cast<int>(board.sideToMove ^ 1));
     int from;
     for (int slot = firstSlot; (from = board.pieceSquare[slot]) != NO_SQUARE; ++slot) {
@@ -143,10 +148,11 @@ Move* generate(Board& board, Move* list) {
 
     // Step 3. Castling; the king's path is tested by makeMove.
     if (MODE != CAPTURES && board.castling) {
-        if ((board.castling & (WHITE_SHORT << side)) && board.at(king + 1) == EMPTY && board.at(king + 2) == EMPTY)
+        if ((board.castling & (WHITE_SHORT << side)) && board.at(king + 1) == EMPTY &&
+            board.at(king + 2) == EMPTY)
             *list++ = makeMoveWord(king, king + 2, 0, MOVE_CASTLING);
-        if ((board.castling & (WHITE_LONG << side)) && board.at(king - 1) == EMPTY && board.at(king - 2) == EMPTY &&
-            board.at(king - 3) == EMPTY)
+        if ((board.castling & (WHITE_LONG << side)) && board.at(king - 1) == EMPTY &&
+            board.at(king - 2) == EMPTY && board.at(king - 3) == EMPTY)
             *list++ = makeMoveWord(king, king - 2, 0, MOVE_CASTLING);
     }
 
@@ -216,20 +222,29 @@ Move* enPassantMoves(const Board& board, Move* list) {
     return list;
 }
 
-void setAsidePinned(Board& board, Pins& pins) { pinPass<SET_ASIDE_ONLY>(board, nullptr, pins); }
+void setAsidePinned(Board& board, Pins& pins) {
+    pinPass<SET_ASIDE_ONLY>(board, nullptr, pins);
+}
 
 }  // namespace movegen
 
-Move* generateMoves(Board& board, Move* list) { return generate<movegen::ALL>(board, list); }
-Move* generateCaptures(Board& board, Move* list) { return generate<movegen::CAPTURES>(board, list); }
-Move* generateQuiet(Board& board, Move* list) { return generate<movegen::QUIET>(board, list); }
+Move* generateMoves(Board& board, Move* list) {
+    return generate<movegen::ALL>(board, list);
+}
+Move* generateCaptures(Board& board, Move* list) {
+    return generate<movegen::CAPTURES>(board, list);
+}
+Move* generateQuiet(Board& board, Move* list) {
+    return generate<movegen::QUIET>(board, list);
+}
 
 Move* generateKingMoves(Board& board, Move* list) {
     const int side = static_cast<int>(board.sideToMove);
     const int king = board.kingSquare(side);
     for (int step : KING_STEPS) {
         const int target = king + step;
-        if (board.at(target) == EMPTY && !isAttacked(board, side ^ 1, target)) *list++ = makeMoveWord(king, target);
+        if (board.at(target) == EMPTY && !isAttacked(board, side ^ 1, target))
+            *list++ = makeMoveWord(king, target);
     }
     return list;
 }

@@ -10,10 +10,16 @@ namespace movegen {
 enum Mode { ALL, CAPTURES, QUIET, SET_ASIDE_ONLY };
 
 // Whether a raw slot belongs to the colour with this base (empty and off-board belong to neither).
-constexpr bool isColour(uint8_t slot, int base) { return (slot & 0xC0) == base; }
-constexpr bool isPawnOf(uint8_t slot, int base) { return static_cast<unsigned>(slot - (base + PAWN_SLOT)) < 8; }
+constexpr bool isColour(uint8_t slot, int base) {
+    return (slot & 0xC0) == base;
+}
+constexpr bool isPawnOf(uint8_t slot, int base) {
+    return static_cast<unsigned>(slot - (base + PAWN_SLOT)) < 8;
+}
 // Ranks 1 and 8 in one unsigned comparison.
-constexpr bool isPromotionTarget(int square) { return static_cast<unsigned>(square - 8) > 102; }
+constexpr bool isPromotionTarget(int square) {
+    return static_cast<unsigned>(square - 8) > 102;
+}
 // The kind bit of the sliders that move along a unit step.
 constexpr uint8_t lineBit(int step) {
     return (step == 1 || step == -1 || step == 16 || step == -16) ? ROOK_BIT : BISHOP_BIT;

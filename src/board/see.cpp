@@ -51,12 +51,14 @@ int collectAttackers(SeeAttacker* list, const Board& board, int colour, int squa
     const int base = colourBase(colour);
     int count = 0;
     auto add = [&](int from, int value) {
-        if (count < MAX_SEE_ATTACKERS) list[count++] = {static_cast<uint8_t>(from), static_cast<uint8_t>(value)};
+        if (count < MAX_SEE_ATTACKERS)
+            list[count++] = {static_cast<uint8_t>(from), static_cast<uint8_t>(value)};
     };
     for (int first : {QUEEN_SLOT, ROOK_SLOT, BISHOP_SLOT}) {
         int from;
         for (int slot = base + first; (from = board.pieceSquare[slot]) != NO_SQUARE; ++slot)
-            if (onBoard(from) && (attackMask[square - from] & pieceCode[slot]) && pathClear(board, square, from))
+            if (onBoard(from) && (attackMask[square - from] & pieceCode[slot]) &&
+                pathClear(board, square, from))
                 add(from, seeValue[slot & 63]);
     }
     int from;
@@ -107,7 +109,8 @@ int see(Board& board, int side, Move move) {
         bool king = false;
         if (own.count) {
             square = own.entry[--own.count].square;
-        } else if (!lists[turn ^ 1].count && kingBeside(board, turn, to) && !kingBeside(board, turn ^ 1, to)) {
+        } else if (!lists[turn ^ 1].count && kingBeside(board, turn, to) &&
+                   !kingBeside(board, turn ^ 1, to)) {
             square = board.kingSquare(turn);
             king = true;
         } else {

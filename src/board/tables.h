@@ -16,7 +16,8 @@ constexpr std::array<uint8_t, 256> buildPieceCodes() {
         const int base = colourBase(colour);
         const uint8_t bit = colourBit(colour);
         codes[base + KING_SLOT] = bit | KING_BIT;
-        for (int i = 0; i < 8; ++i) codes[base + PAWN_SLOT + i] = bit | (colour == WHITE ? WHITE_PAWN_BIT : BLACK_PAWN_BIT);
+        for (int i = 0; i < 8; ++i)
+            codes[base + PAWN_SLOT + i] = bit | (colour == WHITE ? WHITE_PAWN_BIT : BLACK_PAWN_BIT);
         for (int i = 0; i < 10; ++i) codes[base + KNIGHT_SLOT + i] = bit | KNIGHT_BIT;
         for (int i = 0; i < 10; ++i) codes[base + BISHOP_SLOT + i] = bit | BISHOP_BIT;
         for (int i = 0; i < 10; ++i) codes[base + ROOK_SLOT + i] = bit | ROOK_BIT;
@@ -131,21 +132,31 @@ inline constexpr int DIAGONAL_STEPS[4] = {17, 15, -17, -15};
 inline constexpr int STRAIGHT_STEPS[4] = {1, 16, -1, -16};
 inline constexpr int KING_STEPS[8] = {1, 17, 16, 15, -1, -17, -16, -15};
 inline constexpr int KNIGHT_STEPS[8] = {14, 18, 31, 33, -14, -18, -31, -33};
-constexpr int pawnStep(int colour) { return colour == WHITE ? 16 : -16; }
+constexpr int pawnStep(int colour) {
+    return colour == WHITE ? 16 : -16;
+}
 // First slot offset of each kind by its letter index (0 and 4 name no kind).
-inline constexpr int FIRST_SLOT[8] = {0, PAWN_SLOT, KNIGHT_SLOT, KING_SLOT, 0, BISHOP_SLOT, ROOK_SLOT, QUEEN_SLOT};
+inline constexpr int FIRST_SLOT[8] = {0, PAWN_SLOT,   KNIGHT_SLOT, KING_SLOT,
+                                      0, BISHOP_SLOT, ROOK_SLOT,   QUEEN_SLOT};
 
 // Kind index (into PIECE_LETTERS) of a piece code.
 constexpr int kindOfCode(uint8_t code) {
     switch (code & 63) {
         case WHITE_PAWN_BIT:
-        case BLACK_PAWN_BIT: return PAWN;
-        case KING_BIT: return KING;
-        case KNIGHT_BIT: return KNIGHT;
-        case BISHOP_BIT: return BISHOP;
-        case ROOK_BIT: return ROOK;
-        case QUEEN_BITS: return QUEEN;
-        default: return 0;
+        case BLACK_PAWN_BIT:
+            return PAWN;
+        case KING_BIT:
+            return KING;
+        case KNIGHT_BIT:
+            return KNIGHT;
+        case BISHOP_BIT:
+            return BISHOP;
+        case ROOK_BIT:
+            return ROOK;
+        case QUEEN_BITS:
+            return QUEEN;
+        default:
+            return 0;
     }
 }
 // The FEN letter of a piece code: capital for White.
@@ -155,6 +166,10 @@ constexpr char pieceLetter(uint8_t code) {
 }
 
 // The key of a slot standing on a square.
-constexpr uint64_t pieceKey(int slot, int square) { return RANDOM_KEYS[square | keyOffset[slot]]; }
+constexpr uint64_t pieceKey(int slot, int square) {
+    return RANDOM_KEYS[square | keyOffset[slot]];
+}
 // The en-passant key is the entry of the square itself (offset 0).
-constexpr uint64_t epKey(int square) { return RANDOM_KEYS[square]; }
+constexpr uint64_t epKey(int square) {
+    return RANDOM_KEYS[square];
+}

@@ -27,7 +27,8 @@ bool validCastling(const Board& board, int from, int to) {
     const int side = static_cast<int>(board.sideToMove);
     if (from != board.kingSquare(side) || board.inCheck()) return false;
     if (to == from + 2) {
-        if (!(board.castling & (WHITE_SHORT << side)) || board.at(from + 1) != EMPTY || board.at(from + 2) != EMPTY)
+        if (!(board.castling & (WHITE_SHORT << side)) || board.at(from + 1) != EMPTY ||
+            board.at(from + 2) != EMPTY)
             return false;
     } else if (to == from - 2) {
         if (!(board.castling & (WHITE_LONG << side)) || board.at(from - 1) != EMPTY ||
@@ -55,7 +56,8 @@ bool isValidMove(Board& board, Move move) {
     if (!onBoard(from) || !onBoard(to)) return false;
     const uint8_t slot = board.at(from);
     if (!isColour(slot, base)) return false;
-    if (flags == MOVE_CASTLING) return captured == 0 && slot == base + KING_SLOT && validCastling(board, from, to);
+    if (flags == MOVE_CASTLING)
+        return captured == 0 && slot == base + KING_SLOT && validCastling(board, from, to);
 
     int checkers[2];
     const int checks = board.inCheck() ? findCheckers(board, checkers) : 0;
@@ -76,7 +78,8 @@ bool isValidMove(Board& board, Move move) {
     if (slot == base + KING_SLOT) {
         if (flags || !(attackMask[to - from] & KING_BIT)) return false;
         for (int i = 0; i < checks; ++i)
-            if (isSliderSlot(board.at(checkers[i])) && direction[king - checkers[i]] == to - from) return false;
+            if (isSliderSlot(board.at(checkers[i])) && direction[king - checkers[i]] == to - from)
+                return false;
         return !isAttacked(board, side ^ 1, to);
     }
     if (isPawnSlot(slot)) {

@@ -58,7 +58,8 @@ void readUncommandedLine(const char* command, const char* rest) {
     for (size_t start = line.find_first_not_of(separators); start != std::string::npos;
          start = line.find_first_not_of(separators, start)) {
         const size_t end = line.find_first_of(separators, start);
-        const std::string word = line.substr(start, end == std::string::npos ? std::string::npos : end - start);
+        const std::string word =
+            line.substr(start, end == std::string::npos ? std::string::npos : end - start);
         if (!playWord(word)) {
             printf("no such command: %s\n", command);
             return;

@@ -1,5 +1,7 @@
 // The position commands: set up a position, list its legal moves, count positions with perft and
 // divide. They work on the game board.
+#include "frontend/position_commands.h"
+
 #include <cinttypes>
 #include <cstdio>
 #include <span>
@@ -11,7 +13,6 @@
 #include "board/perft.h"
 #include "frontend/console.h"
 #include "frontend/options.h"
-#include "frontend/position_commands.h"
 #include "platform/platform.h"
 
 namespace {
@@ -73,9 +74,10 @@ AfterCommand perftCommand(const char* rest) {
         const double seconds = static_cast<double>(platform::getTickCount() - start) / 1000.0;
         const double perMs = static_cast<double>(count) / seconds / 1000.0;
         // No positions (a mate or stalemate at the root) give no ticks per position.
-        const int ticks = count ? static_cast<int>(machineMhz * seconds * 1000000.0 / static_cast<double>(count)) : 0;
-        printf("%-20s  %10" PRIu64 " ops in %5.3f seconds  ops/ms=%7.0f,  ticks/op=%5i\n", "", count, seconds, perMs,
-               ticks);
+        const int ticks =
+            count ? static_cast<int>(machineMhz * seconds * 1000000.0 / static_cast<double>(count)) : 0;
+        printf("%-20s  %10" PRIu64 " ops in %5.3f seconds  ops/ms=%7.0f,  ticks/op=%5i\n", "", count, seconds,
+               perMs, ticks);
     }
     return AfterCommand::READ_NEXT;
 }
@@ -88,7 +90,7 @@ AfterCommand divideCommand(const char* rest) {
 }
 
 constexpr ConsoleCommand commands[] = {
-    {{"divide"}, divideCommand}, {{"fen"}, fen},   {{"moves", "m"}, moves},
+    {{"divide"}, divideCommand}, {{"fen"}, fen},     {{"moves", "m"}, moves},
     {{"perft"}, perftCommand},   {{"reset"}, reset},
 };
 

@@ -17,7 +17,9 @@ namespace {
 
 std::mt19937 rng(20261122);
 
-int below(int n) { return static_cast<int>(rng() % static_cast<unsigned>(n)); }
+int below(int n) {
+    return static_cast<int>(rng() % static_cast<unsigned>(n));
+}
 
 const std::string FEN_CHARS = "12345678pnbrqkPNBRQK/ wb-KQkqabcdefgh0123456789 /";
 
@@ -31,9 +33,12 @@ std::string randomPosition() {
         for (int file = 0; file < 8; ++file) {
             const int square = rank * 8 + file;
             char piece = 0;
-            if (square == whiteKing) piece = 'K';
-            else if (square == blackKing) piece = 'k';
-            else if (below(7) == 0) piece = "PNBRQpnbrq"[below(10)];
+            if (square == whiteKing)
+                piece = 'K';
+            else if (square == blackKing)
+                piece = 'k';
+            else if (below(7) == 0)
+                piece = "PNBRQpnbrq"[below(10)];
             if (!piece) {
                 ++empty;
                 continue;
@@ -50,9 +55,10 @@ std::string randomPosition() {
         if (below(2)) castling += right;
     if (castling.empty()) castling = "-";
     std::string ep = "-";
-    if (below(3) == 0) ep = std::string(1, static_cast<char>('a' + below(8))) + static_cast<char>('1' + below(8));
-    return placement + (below(2) ? " w " : " b ") + castling + " " + ep + " " + std::to_string(below(100)) + " " +
-           std::to_string(below(100));
+    if (below(3) == 0)
+        ep = std::string(1, static_cast<char>('a' + below(8))) + static_cast<char>('1' + below(8));
+    return placement + (below(2) ? " w " : " b ") + castling + " " + ep + " " + std::to_string(below(100)) +
+           " " + std::to_string(below(100));
 }
 
 std::string mutate(std::string text) {
@@ -60,12 +66,24 @@ std::string mutate(std::string text) {
     for (int i = 0; i < edits; ++i) {
         const int at = text.empty() ? 0 : below(static_cast<int>(text.size()));
         switch (below(6)) {
-            case 0: if (!text.empty()) text[at] = FEN_CHARS[below(static_cast<int>(FEN_CHARS.size()))]; break;
-            case 1: text.insert(text.begin() + at, FEN_CHARS[below(static_cast<int>(FEN_CHARS.size()))]); break;
-            case 2: if (!text.empty()) text.erase(text.begin() + at); break;
-            case 3: text.insert(at, text.substr(at, below(12))); break;
-            case 4: text.resize(at); break;
-            default: if (!text.empty()) text[at] = static_cast<char>(1 + below(255)); break;
+            case 0:
+                if (!text.empty()) text[at] = FEN_CHARS[below(static_cast<int>(FEN_CHARS.size()))];
+                break;
+            case 1:
+                text.insert(text.begin() + at, FEN_CHARS[below(static_cast<int>(FEN_CHARS.size()))]);
+                break;
+            case 2:
+                if (!text.empty()) text.erase(text.begin() + at);
+                break;
+            case 3:
+                text.insert(at, text.substr(at, below(12)));
+                break;
+            case 4:
+                text.resize(at);
+                break;
+            default:
+                if (!text.empty()) text[at] = static_cast<char>(1 + below(255));
+                break;
         }
     }
     return text;
@@ -86,7 +104,8 @@ void exercise(Board& board) {
         const Move lastMove = board.lastMove;
         board.lastMove = made;
         MoveList replies;
-        Move* repliesEnd = made & MOVE_CHECKS ? generateEvasions(board, replies) : generateMoves(board, replies);
+        Move* repliesEnd =
+            made & MOVE_CHECKS ? generateEvasions(board, replies) : generateMoves(board, replies);
         const SavedState inner = saveState(board);
         for (Move* reply = replies; reply != repliesEnd; ++reply) {
             if (!makeMove(board, *reply)) continue;
@@ -125,9 +144,15 @@ TEST(FenFuzz, RandomAndMutatedTextNeverHurts) {
     for (int round = 0; round < rounds && !testing::Test::HasFatalFailure(); ++round) {
         std::string text;
         switch (round % 4) {
-            case 0: text = randomPosition(); break;
-            case 1: text = mutate(randomPosition()); break;
-            case 2: text = mutate(seeds[below(static_cast<int>(seeds.size()))]); break;
+            case 0:
+                text = randomPosition();
+                break;
+            case 1:
+                text = mutate(randomPosition());
+                break;
+            case 2:
+                text = mutate(seeds[below(static_cast<int>(seeds.size()))]);
+                break;
             default:
                 for (int length = below(90); length > 0; --length)
                     text += FEN_CHARS[below(static_cast<int>(FEN_CHARS.size()))];

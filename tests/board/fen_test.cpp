@@ -114,7 +114,8 @@ TEST(SetFen, EnPassantFieldSetsSquareKeyAndPseudoMove) {
     EXPECT_EQ(logOf([&] { board.setFen("4k3/8/8/8/8/8/8/4K3 w - z9"); }), "FEN: invalid ep square: 99\n");
     EXPECT_EQ(board.epSquare, 0u);
     // A square on another rank is kept, with a log line.
-    EXPECT_EQ(logOf([&] { board.setFen("4k3/8/8/8/8/8/8/4K3 w - e4"); }), "setFen() ep square on wrong row: 3\n");
+    EXPECT_EQ(logOf([&] { board.setFen("4k3/8/8/8/8/8/8/4K3 w - e4"); }),
+              "setFen() ep square on wrong row: 3\n");
     EXPECT_EQ(board.epSquare, 0x34u);
     EXPECT_TRUE(board.check("ep"));
 }
@@ -135,7 +136,7 @@ TEST(SetFen, PseudoLastMoveExplainsTheCheck) {
     board = boardFrom("4k3/8/3N4/8/8/8/8/4R1K1 b");
     EXPECT_EQ(board.lastMove, makeMoveWord(0x14, 0x53, 0, MOVE_CHECKS));
     MoveList list;
-    for (Move* move = list, *end = generateEvasions(board, list); move != end; ++move)
+    for (Move *move = list, *end = generateEvasions(board, list); move != end; ++move)
         EXPECT_EQ(moveFrom(*move), 0x74);  // only the king may move
     // One checker: the checker itself as from- and to-square.
     board = boardFrom("4k3/8/8/8/8/8/8/4R1K1 b");
@@ -160,7 +161,8 @@ TEST(BoardCheck, FindsEachKindOfCorruption) {
     EXPECT_EQ(logOf([&] { EXPECT_FALSE(board.check("x")); }), ": hash not ok: x\n");
     board = good;
     board.material[BLACK] -= ROOK_MATERIAL;
-    EXPECT_EQ(logOf([&] { EXPECT_FALSE(board.check("y")); }), "y: BlackMaterial not ok: 10100005!=2020000a\n");
+    EXPECT_EQ(logOf([&] { EXPECT_FALSE(board.check("y")); }),
+              "y: BlackMaterial not ok: 10100005!=2020000a\n");
     board = good;
     board.pieceSquare[WHITE_BASE + ROOK_SLOT] = 0x01;
     EXPECT_NE(logOf([&] { EXPECT_FALSE(board.check("z")); }).find(" z wrong index:"), std::string::npos);
@@ -184,9 +186,11 @@ TEST(BoardPrint, LettersMaterialSheetAndKeys) {
               "   +---+---+---+---+---+---+---+---+\n"
               " 8 |*r*|*n*|*b*|*q*|*k*|*b*|*n*|*r*|\n");
     EXPECT_NE(text.find(" 1 |(R)|(N)|(B)|(Q)|(K)|(B)|(N)|(R)|  40-40=0 \n"), std::string::npos);
-    EXPECT_NE(text.find("     a   b   c   d   e   f   g   h\n\nrnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 0\n"
-                        " hash="),
-              std::string::npos);
+    EXPECT_NE(
+        text.find(
+            "     a   b   c   d   e   f   g   h\n\nrnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 0\n"
+            " hash="),
+        std::string::npos);
     EXPECT_NE(text.find(" 8 | a0| 88| 90| b0| 84| 90| 88| a0|\n"), std::string::npos);
     EXPECT_NE(text.find(" 8 | ab| 94| a0| b6| 84| a1| 95| ac|\n"), std::string::npos);
     EXPECT_NE(text.find("phash="), std::string::npos);

@@ -1,6 +1,7 @@
+#include "board/makemove.h"
+
 #include <gtest/gtest.h>
 
-#include "board/makemove.h"
 #include "board/movegen.h"
 #include "board/notation.h"
 #include "board/tables.h"
@@ -63,7 +64,7 @@ TEST(MakeMove, TakeBackRestoresEveryKindOfMove) {
         const std::string before = fenOf(board);
         MoveList list;
         const SavedState saved = saveState(board);
-        for (Move* move = list, *end = generateMoves(board, list); move != end; ++move) {
+        for (Move *move = list, *end = generateMoves(board, list); move != end; ++move) {
             const Move lastMove = board.lastMove;
             const Move made = makeMove(board, *move);
             if (!made) continue;

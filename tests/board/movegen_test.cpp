@@ -1,10 +1,11 @@
+#include "board/movegen.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <vector>
 
 #include "board/makemove.h"
-#include "board/movegen.h"
 #include "positions.h"
 #include "reference.h"
 
@@ -30,7 +31,8 @@ std::vector<Move> movesFrom(const std::vector<Move>& moves, int from) {
 TEST(Generators, PinnedPawnsMoveAlongTheirLineOnly) {
     // Pinned on the diagonal by the bishop it may take, not the knight beside it, nor push.
     Board board = boardFrom("4k3/8/8/8/1n1b4/2P5/1K6/8 w - -");
-    EXPECT_EQ(movesFrom(engineLegalMoves(board), 0x22), std::vector<Move>{makeMoveWord(0x22, 0x33, board.at(0x33))});
+    EXPECT_EQ(movesFrom(engineLegalMoves(board), 0x22),
+              std::vector<Move>{makeMoveWord(0x22, 0x33, board.at(0x33))});
     // Pinned on its file: both pushes, no capture.
     board = boardFrom("4r1k1/8/8/8/8/3b4/4P3/4K3 w - -");
     EXPECT_EQ(movesFrom(listOf(board, generateMoves), 0x14),
@@ -109,7 +111,8 @@ TEST(Generators, StagedGeneratorsCoverTheMovesOverThePerftTrees) {
                 if (!made) continue;
                 takeBack(board, move, state);
                 if (givesCheck(made)) checks.push_back(made);
-                if (moveFrom(move) == board.kingSquare(static_cast<int>(board.sideToMove)) && !(move & MOVE_CASTLING))
+                if (moveFrom(move) == board.kingSquare(static_cast<int>(board.sideToMove)) &&
+                    !(move & MOVE_CASTLING))
                     kingSteps.push_back(move);
             }
             std::vector<Move> generatedChecks;
@@ -127,13 +130,14 @@ TEST(Generators, StagedGeneratorsCoverTheMovesOverThePerftTrees) {
 TEST(Generators, ChecksByCastlingRooksAndUncoveredLines) {
     Board board = boardFrom("5k2/8/8/8/8/8/4P3/4K2R w K -");
     const std::vector<Move> checks = listOf(board, generateChecks);
-    for (Move check : {makeMoveWord(0x04, 0x06, 0, MOVE_CASTLING | MOVE_CHECK), makeMoveWord(0x07, 0x05, 0, MOVE_CHECK),
-                       makeMoveWord(0x07, 0x77, 0, MOVE_CHECK)})
+    for (Move check : {makeMoveWord(0x04, 0x06, 0, MOVE_CASTLING | MOVE_CHECK),
+                       makeMoveWord(0x07, 0x05, 0, MOVE_CHECK), makeMoveWord(0x07, 0x77, 0, MOVE_CHECK)})
         EXPECT_NE(std::find(checks.begin(), checks.end(), check), checks.end()) << std::hex << check;
     // Every knight move off the file uncovers the rook.
     board = boardFrom("4k3/8/8/8/8/8/4N3/4R1K1 w - -");
     std::vector<Move> expected;
-    for (int to : {0x02, 0x22, 0x33, 0x35, 0x26}) expected.push_back(makeMoveWord(0x14, to, 0, MOVE_DISCOVERED));
+    for (int to : {0x02, 0x22, 0x33, 0x35, 0x26})
+        expected.push_back(makeMoveWord(0x14, to, 0, MOVE_DISCOVERED));
     EXPECT_EQ(sorted(listOf(board, generateChecks)), sorted(expected));
 }
 

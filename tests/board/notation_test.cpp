@@ -1,8 +1,9 @@
+#include "board/notation.h"
+
 #include <gtest/gtest.h>
 
 #include "board/makemove.h"
 #include "board/movegen.h"
-#include "board/notation.h"
 #include "positions.h"
 
 namespace {
@@ -27,7 +28,8 @@ TEST(MoveText, EveryFormTheBoardWrites) {
     EXPECT_EQ(textOf(board, makeMoveWord(0x04, 0x06, 0, MOVE_CASTLING)), "o-o");
     EXPECT_EQ(textOf(board, makeMoveWord(0x04, 0x02, 0, MOVE_CASTLING)), "o-o-o");
     EXPECT_EQ(textOf(board, makeMoveWord(0x34, 0x53)), "Ne4d6");
-    EXPECT_EQ(textOf(board, makeMoveWord(0x64, 0x73, board.at(0x73), promotionFlag(QUEEN) | MOVE_CHECK)), "e7xd8=Q+");
+    EXPECT_EQ(textOf(board, makeMoveWord(0x64, 0x73, board.at(0x73), promotionFlag(QUEEN) | MOVE_CHECK)),
+              "e7xd8=Q+");
     // After the move the piece is found on its new square; a promotion stays a pawn move.
     const Move promotion = makeMove(board, makeMoveWord(0x64, 0x73, board.at(0x73), promotionFlag(QUEEN)));
     EXPECT_EQ(textOf(board, promotion), "e7xd8=Q+");
@@ -41,7 +43,8 @@ TEST(MoveText, EveryFormTheBoardWrites) {
 TEST(IsMove, CastlingInEveryAcceptedForm) {
     Board board = boardFrom("r3k2r/8/8/8/8/8/8/R3K2R w KQkq -");
     const Move shortCastle = makeMoveWord(0x04, 0x06, 0, MOVE_CASTLING);
-    for (const char* text : {"e1g1", "O-O", "o-o", "O-O+"}) EXPECT_EQ(read(board, text).first, shortCastle) << text;
+    for (const char* text : {"e1g1", "O-O", "o-o", "O-O+"})
+        EXPECT_EQ(read(board, text).first, shortCastle) << text;
     for (const char* text : {"e1c1", "O-O-O", "o-o-o"})
         EXPECT_EQ(read(board, text).first, makeMoveWord(0x04, 0x02, 0, MOVE_CASTLING)) << text;
     EXPECT_EQ(read(board, "0-0"), std::make_pair(NO_MOVE, std::string("illegal char in move 0-0: 0\n")));
@@ -63,15 +66,17 @@ TEST(IsMove, PromotionLetters) {
     // b is a file, not a bishop, in bxc6; B is the bishop.
     EXPECT_EQ(read(board, "bxc6").first, makeMoveWord(0x41, 0x52, board.at(0x52)));
     EXPECT_EQ(moveFrom(read(board, "Bxc6").first), 0x34);
-    EXPECT_EQ(read(board, "e4").first, NO_MOVE);   // a promotion letter on a move that cannot promote
+    EXPECT_EQ(read(board, "e4").first, NO_MOVE);  // a promotion letter on a move that cannot promote
     EXPECT_EQ(read(board, "e6q").first, NO_MOVE);
 }
 
 TEST(IsMove, PiecesFilesAndAmbiguity) {
     Board board = boardFrom(START_FEN);
-    for (const char* text : {"d2d4", "e7e5", "g1f3", "d7d5"}) board.lastMove = makeMove(board, isMove(board, text));
+    for (const char* text : {"d2d4", "e7e5", "g1f3", "d7d5"})
+        board.lastMove = makeMove(board, isMove(board, text));
     // The candidates come in the order of the piece lists: b1's knight was set up first.
-    EXPECT_EQ(read(board, "Nd2"), std::make_pair(NO_MOVE, std::string("ambiguous move: Nb1d2 _and_ Nf3d2\n")));
+    EXPECT_EQ(read(board, "Nd2"),
+              std::make_pair(NO_MOVE, std::string("ambiguous move: Nb1d2 _and_ Nf3d2\n")));
     EXPECT_EQ(moveFrom(read(board, "Nbd2").first), 0x01);
     EXPECT_EQ(moveFrom(read(board, "N3d2").first), 0x25);
     EXPECT_EQ(moveFrom(read(board, "Nf3-d2").first), 0x25);
@@ -81,7 +86,8 @@ TEST(IsMove, PiecesFilesAndAmbiguity) {
     EXPECT_EQ(read(board, "%").first, NO_MOVE);
     EXPECT_EQ(read(board, "ke2"), std::make_pair(NO_MOVE, std::string("illegal char in move ke2: k\n")));
     EXPECT_EQ(read(board, "Kd2").first, makeMoveWord(0x04, 0x13));
-    for (const char* text : {"", "N", "e", "Nd", "Qe2e3", "e4e5e6", "d5"}) EXPECT_EQ(read(board, text).first, NO_MOVE) << text;
+    for (const char* text : {"", "N", "e", "Nd", "Qe2e3", "e4e5e6", "d5"})
+        EXPECT_EQ(read(board, text).first, NO_MOVE) << text;
 }
 
 TEST(IsMove, IllegalMovesYieldNothingSilently) {
@@ -109,12 +115,14 @@ TEST(IsMove, ReadsBackEveryTextTheBoardWrites) {
             const Move made = makeMove(board, *move);
             if (!made) continue;
             takeBack(board, *move, saved);
-            EXPECT_EQ(isMove(board, textOf(board, made).c_str()), made) << textOf(board, made) << " in " << c.fen;
+            EXPECT_EQ(isMove(board, textOf(board, made).c_str()), made)
+                << textOf(board, made) << " in " << c.fen;
             // One ply further, from the opponent's side.
             makeMove(board, *move);
             board.lastMove = made;
             MoveList replies;
-            Move* repliesEnd = board.inCheck() ? generateEvasions(board, replies) : generateMoves(board, replies);
+            Move* repliesEnd =
+                board.inCheck() ? generateEvasions(board, replies) : generateMoves(board, replies);
             const SavedState inner = saveState(board);
             for (Move* reply = replies; reply != repliesEnd; ++reply) {
                 const Move answer = makeMove(board, *reply);

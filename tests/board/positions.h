@@ -33,7 +33,9 @@ inline std::vector<PerftCase> loadPerftCases() {
     return cases;
 }
 
-inline bool sanitized() { return std::getenv("KELVRA_SANITIZED") != nullptr; }
+inline bool sanitized() {
+    return std::getenv("KELVRA_SANITIZED") != nullptr;
+}
 
 // A board set from a FEN that the test expects to be accepted.
 inline Board boardFrom(const char* fen) {

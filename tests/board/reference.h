@@ -63,11 +63,12 @@ inline std::vector<Move> pseudoMoves(const Board& board) {
     // Castling: rights, empty squares, king not in check and not passing an attacked square.
     const int king = board.kingSquare(side);
     const int enemy = side ^ 1;
-    if ((board.castling & (WHITE_SHORT << side)) && board.at(king + 1) == EMPTY && board.at(king + 2) == EMPTY &&
-        !isAttacked(board, enemy, king) && !isAttacked(board, enemy, king + 1))
+    if ((board.castling & (WHITE_SHORT << side)) && board.at(king + 1) == EMPTY &&
+        board.at(king + 2) == EMPTY && !isAttacked(board, enemy, king) && !isAttacked(board, enemy, king + 1))
         moves.push_back(makeMoveWord(king, king + 2, 0, MOVE_CASTLING));
-    if ((board.castling & (WHITE_LONG << side)) && board.at(king - 1) == EMPTY && board.at(king - 2) == EMPTY &&
-        board.at(king - 3) == EMPTY && !isAttacked(board, enemy, king) && !isAttacked(board, enemy, king - 1))
+    if ((board.castling & (WHITE_LONG << side)) && board.at(king - 1) == EMPTY &&
+        board.at(king - 2) == EMPTY && board.at(king - 3) == EMPTY && !isAttacked(board, enemy, king) &&
+        !isAttacked(board, enemy, king - 1))
         moves.push_back(makeMoveWord(king, king - 2, 0, MOVE_CASTLING));
     return moves;
 }

@@ -79,8 +79,8 @@ TEST(IsValidMove, AgreesWithTheGeneratorsOverThePerftTrees) {
                 if (valid != emitted && (valid || legal)) {
                     char text[MOVE_TEXT_SIZE];
                     moveToText(b, text, move);
-                    ADD_FAILURE() << text << " (" << std::hex << move << ") valid=" << valid << " emitted=" << emitted
-                                  << " legal=" << legal << " in " << c.fen;
+                    ADD_FAILURE() << text << " (" << std::hex << move << ") valid=" << valid
+                                  << " emitted=" << emitted << " legal=" << legal << " in " << c.fen;
                     return;
                 }
             }
@@ -95,7 +95,7 @@ TEST(IsValidMove, IgnoresMarksAndRefusesNonsense) {
     EXPECT_TRUE(isValidMove(board, e4));
     EXPECT_TRUE(isValidMove(board, e4 | MOVE_REDUCED | MOVE_CHECK));
     EXPECT_FALSE(isValidMove(board, NO_MOVE));
-    EXPECT_FALSE(isValidMove(board, makeMoveWord(0x14, 0x34)));                      // double push without its flag
+    EXPECT_FALSE(isValidMove(board, makeMoveWord(0x14, 0x34)));  // double push without its flag
     EXPECT_FALSE(isValidMove(board, makeMoveWord(0x64, 0x44, 0, MOVE_DOUBLE_PUSH)));  // the opponent's pawn
     EXPECT_FALSE(isValidMove(board, makeMoveWord(0x04, 0x06, 0, MOVE_CASTLING)));     // squares not empty
     EXPECT_FALSE(isValidMove(board, makeMoveWord(0x88, 0x34)));                       // off the board

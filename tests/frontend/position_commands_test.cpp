@@ -43,9 +43,10 @@ TEST(PositionCommands, FenAndReset) {
 }
 
 TEST(PositionCommands, MovesListsTheLegalMoves) {
-    EXPECT_EQ(session("m\n"),
-              "% #moves = 20\na2a3 a2a4 b2b3 b2b4 c2c3 c2c4 d2d3 d2d4 e2e3 e2e4 f2f3 f2f4 g2g3 g2g4 h2h3 h2h4 "
-              "Nb1a3 Nb1c3 Ng1f3 Ng1h3 \n% ");
+    EXPECT_EQ(
+        session("m\n"),
+        "% #moves = 20\na2a3 a2a4 b2b3 b2b4 c2c3 c2c4 d2d3 d2d4 e2e3 e2e4 f2f3 f2f4 g2g3 g2g4 h2h3 h2h4 "
+        "Nb1a3 Nb1c3 Ng1f3 Ng1h3 \n% ");
     const std::string out = session("fen 4k3/8/8/8/8/8/8/R3K3 b - -\nmoves\n");
     EXPECT_EQ(out.find("1. ..."), std::string::npos) << out;  // no moves played, no score sheet
     EXPECT_NE(out.find("#moves = 5\nKe8f8 Ke8d8 Ke8d7 Ke8e7 Ke8f7 \n"), std::string::npos) << out;
@@ -54,12 +55,15 @@ TEST(PositionCommands, MovesListsTheLegalMoves) {
 
 TEST(PositionCommands, PerftAndDivide) {
     const std::string out = session("perft\nperft 0\nperft x\ndivide 2\n");
-    const std::regex line(" {20}  {6,9}\\d+ ops in +\\d+\\.\\d{3} seconds  ops/ms=[ \\d.a-z]{7},  ticks/op= +\\d+\n");
+    const std::regex line(
+        " {20}  {6,9}\\d+ ops in +\\d+\\.\\d{3} seconds  ops/ms=[ \\d.a-z]{7},  ticks/op= +\\d+\n");
     EXPECT_TRUE(std::regex_search(out, std::regex("perft 2\n {30}20 ops in")));
     EXPECT_TRUE(std::regex_search(out, std::regex("\n {29}400 ops in")));
-    EXPECT_EQ(std::distance(std::sregex_iterator(out.begin(), out.end(), line), std::sregex_iterator()), 2) << out;
+    EXPECT_EQ(std::distance(std::sregex_iterator(out.begin(), out.end(), line), std::sregex_iterator()), 2)
+        << out;
     EXPECT_NE(out.find("% perft 0\n% illegal arg: x\n% ----divide---\n"), std::string::npos) << out;
-    EXPECT_NE(out.find("Ng1h3            20\n-------------------\ntotal           400\n"), std::string::npos) << out;
+    EXPECT_NE(out.find("Ng1h3            20\n-------------------\ntotal           400\n"), std::string::npos)
+        << out;
 }
 
 TEST(PositionCommands, BareFenLines) {
@@ -76,15 +80,18 @@ TEST(PositionCommands, MoveLines) {
     // Two moves: both played, the board shown once.
     std::string out = session("e2e4 e7e5\n");
     EXPECT_EQ(count(out, "\n     a   b   c   d   e   f   g   h\n"), 1);
-    EXPECT_NE(out.find("rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR w KQkq - 0 2\n"), std::string::npos) << out;
+    EXPECT_NE(out.find("rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR w KQkq - 0 2\n"), std::string::npos)
+        << out;
     // A word that is no move stops the line; the move before it stays played and no board is shown.
     out = session("e4 hello\nNf6\nm\n");
     EXPECT_NE(out.find("% no such command: e4\n% "), std::string::npos) << out;
     EXPECT_EQ(count(out, "     a   b   c   d"), 1);  // only after Nf6
-    EXPECT_NE(out.find("rnbqkb1r/pppppppp/5n2/8/4P3/8/PPPP1PPP/RNBQKBNR w KQkq - 1 2"), std::string::npos) << out;
+    EXPECT_NE(out.find("rnbqkb1r/pppppppp/5n2/8/4P3/8/PPPP1PPP/RNBQKBNR w KQkq - 1 2"), std::string::npos)
+        << out;
     EXPECT_EQ(session("e2e5\n"), "% not a valid move: e2e5\nno such command: e2e5\n% ");
     EXPECT_EQ(session("0-0\n"), "% no such command: 0-0\n% ");
-    EXPECT_EQ(session("Ke2z\n"), "% illegal char in move Ke2z: z\nnot a valid move: Ke2z\nno such command: Ke2z\n% ");
+    EXPECT_EQ(session("Ke2z\n"),
+              "% illegal char in move Ke2z: z\nnot a valid move: Ke2z\nno such command: Ke2z\n% ");
 }
 
 }  // namespace
