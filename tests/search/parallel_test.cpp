@@ -78,7 +78,7 @@ TEST(Parallel, SeveralThreadsSplitAndStillFindTheExactMates) {
     };
     for (int threads : {2, 4}) {
         setThreads(threads);
-        const SearchOutcome quiet = searchPosition(MIDDLEGAME, sanitized() ? 5 : 7, 60000);
+        const SearchOutcome quiet = searchPosition(MIDDLEGAME, sanitized() ? 4 : 7, 60000);
         EXPECT_TRUE(isLegalHere(quiet.best)) << threads;
         EXPECT_GT(totalSplits(), 0u) << threads;
         for (const Mate& mate : mates) {
@@ -87,7 +87,7 @@ TEST(Parallel, SeveralThreadsSplitAndStillFindTheExactMates) {
             EXPECT_EQ(found.bestText, mate.key) << threads << " " << mate.fen;
             EXPECT_EQ(found.finishes, 1);
         }
-        const BenchResult bench = runBench(sanitized() ? 3 : 5);
+        const BenchResult bench = runBench(sanitized() ? 2 : 5);
         EXPECT_GT(bench.nodes, 0u) << threads;
     }
     setThreads(1);
