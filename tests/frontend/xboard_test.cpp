@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -33,6 +32,14 @@ std::string fenOf(const Board& board) {
     std::string fen(text, size);
     free(text);
     return fen;
+}
+
+// The rest of the stream from where it stands.
+std::string readRest(FILE* stream) {
+    std::string text;
+    char buffer[4096];
+    for (size_t n; (n = fread(buffer, 1, sizeof buffer, stream)) > 0;) text.append(buffer, n);
+    return text;
 }
 
 // The position after playing moves from fen, made without the handler.
@@ -96,9 +103,7 @@ class XboardTest : public testing::Test {
         searchThread.waitIdle();
         fflush(file);
         fseek(file, readPosition, SEEK_SET);
-        std::string text;
-        char buffer[4096];
-        for (size_t n; (n = fread(buffer, 1, sizeof buffer, file)) > 0;) text.append(buffer, n);
+        const std::string text = readRest(file);
         readPosition = ftell(file);
         fseek(file, 0, SEEK_END);  // the stream writes again from here
         return text;
@@ -118,7 +123,7 @@ class XboardTest : public testing::Test {
     long readPosition = 0;
 };
 
-TEST_F(XboardTest, HandshakeAndTheElevenFeatureLines) {
+TEST_F(XboardTest, HandshakeFeatureLinesAndPing) {
     EXPECT_EQ(handler.handleCommand("", ""), 0);  // outside xboard mode the console keeps empty lines
     EXPECT_EQ(send("foo bar"), 0);
     EXPECT_EQ(send("xboard"), 1);
@@ -141,9 +146,8 @@ TEST_F(XboardTest, HandshakeAndTheElevenFeatureLines) {
     const std::string traced = output();
     EXPECT_EQ(traced.compare(0, 6, "trace "), 0) << traced;
     EXPECT_NE(traced.find("[_idle_]: unknown winboard command: hard\n"), std::string::npos) << traced;
-}
 
-TEST_F(XboardTest, PingAnswersWithItsNumberOrZero) {
+    handler.trace = 0;
     send("ping 7");
     send("ping");
     send("ping x12");
@@ -436,9 +440,7 @@ TEST_F(XboardTest, HandshakeOpensTheNextNumberedLogFile) {
     fclose(logFile);
     FILE* written = fopen((directory / "kelvra-0003.log").c_str(), "r");
     ASSERT_NE(written, nullptr);
-    std::string text;
-    char buffer[4096];
-    for (size_t n; (n = fread(buffer, 1, sizeof buffer, written)) > 0;) text.append(buffer, n);
+    const std::string text = readRest(written);
     fclose(written);
     EXPECT_NE(text.find(":<--xboard\n"), std::string::npos) << text;
     EXPECT_NE(text.find(":ping 1\n"), std::string::npos) << text;
