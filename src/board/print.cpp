@@ -1,5 +1,5 @@
 // The board as ASCII art with material and a score sheet of the moves played.
-#include <cinttypes>
+#include <cstring>
 
 #include "board/board.h"
 #include "board/notation.h"
@@ -15,11 +15,10 @@ void printSheetLine(const Board& board, FILE* stream, int pair) {
     const int firstMover = static_cast<int>((board.sideToMove ^ board.ply) & 1);
     const int whitePly = 2 * pair - firstMover;
     char text[MOVE_TEXT_SIZE];
-    if (whitePly >= 0) {
+    if (whitePly >= 0)
         moveToText(board, text, board.moves[whitePly]);
-    } else {
-        text[0] = '.', text[1] = '.', text[2] = '.', text[3] = 0;
-    }
+    else
+        strcpy(text, "...");
     fprintf(stream, "  %2i. %-6s", pair + 1, text);
     if (whitePly + 1 < static_cast<int>(board.ply)) {
         moveToText(board, text, board.moves[whitePly + 1]);

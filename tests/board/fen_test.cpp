@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "board/board.h"
+#include "board/makemove.h"
 #include "board/movegen.h"
 #include "board/tables.h"
 #include "positions.h"
@@ -194,6 +195,23 @@ TEST(BoardPrint, LettersMaterialSheetAndKeys) {
     EXPECT_NE(text.find(" 8 | a0| 88| 90| b0| 84| 90| 88| a0|\n"), std::string::npos);
     EXPECT_NE(text.find(" 8 | ab| 94| a0| b6| 84| a1| 95| ac|\n"), std::string::npos);
     EXPECT_NE(text.find("phash="), std::string::npos);
+}
+
+TEST(BoardPrint, ScoreSheetBesideTheBoard) {
+    Board board = boardFrom("4k3/8/8/8/8/8/8/4K3 b - -");
+    makeMove(board, makeMoveWord(0x74, 0x73));
+    makeMove(board, makeMoveWord(0x04, 0x03));
+    char* buffer = nullptr;
+    size_t size = 0;
+    FILE* stream = open_memstream(&buffer, &size);
+    board.print(stream, 0);
+    fclose(stream);
+    const std::string text(buffer, size);
+    free(buffer);
+    // Black moved first: White's first entry is empty, Black's second move is still to come.
+    EXPECT_NE(text.find(" 8 |   |   |   |*k*|   |   |   |   |   1. ...    Ke8d8 \n"), std::string::npos)
+        << text;
+    EXPECT_NE(text.find("   +---+---+---+---+---+---+---+---+   2. Ke1d1  ...\n"), std::string::npos) << text;
 }
 
 }  // namespace
