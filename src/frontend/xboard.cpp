@@ -40,11 +40,21 @@ bool fileExists(const std::string& path) {
 int Xboard::handleCommand(const char* command, const char* rest) {
     // The protocol's words, then the clock commands a GUI sends for timed play.
     static constexpr XboardCommand commands[] = {
-        {"xboard", &Xboard::handshake}, {"protover", &Xboard::protover}, {"new", &Xboard::newGame},
-        {"force", &Xboard::force},      {"go", &Xboard::go},             {"ping", &Xboard::ping},
-        {"result", &Xboard::ignore},    {"setboard", &Xboard::setboard}, {"usermove", &Xboard::usermove},
-        {"draw", &Xboard::ignore},      {"quit", &Xboard::quit},         {"level", &Xboard::level},
-        {"st", &Xboard::st},            {"sd", &Xboard::sd},             {"time", &Xboard::time},
+        {"xboard", &Xboard::handshake},
+        {"protover", &Xboard::protover},
+        {"new", &Xboard::newGame},
+        {"force", &Xboard::force},
+        {"go", &Xboard::go},
+        {"ping", &Xboard::ping},
+        {"result", &Xboard::ignore},
+        {"setboard", &Xboard::setboard},
+        {"usermove", &Xboard::usermove},
+        {"draw", &Xboard::ignore},
+        {"quit", &Xboard::quit},
+        {"level", &Xboard::level},
+        {"st", &Xboard::st},
+        {"sd", &Xboard::sd},
+        {"time", &Xboard::time},
         {"otim", &Xboard::otim},
     };
     if (command[0] == 0) return xboardMode;

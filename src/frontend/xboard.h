@@ -47,11 +47,11 @@ class Xboard : public SearchListener {
 
     int currentStatus();
 
-    String logDir;            // directory for the protocol logs; empty: no log file
-    uint8_t xboardMode = 0;   // set by "xboard", never cleared
-    uint8_t ownBook = 1;      // consult the book before thinking
-    uint8_t trace = 0;        // echo trace messages to the GUI
-    int engineSide = -1;      // 0 White, 1 Black, -1 none
+    String logDir;           // directory for the protocol logs; empty: no log file
+    uint8_t xboardMode = 0;  // set by "xboard", never cleared
+    uint8_t ownBook = 1;     // consult the book before thinking
+    uint8_t trace = 0;       // echo trace messages to the GUI
+    int engineSide = -1;     // 0 White, 1 Black, -1 none
 
   private:
     struct Reported {
@@ -112,12 +112,12 @@ class Xboard : public SearchListener {
     void openLogFile();
     void printInfoLine(int depth, int score);
 
-    String args;  // the rest of the line being handled, consumed word by word
+    String args;                // the rest of the line being handled, consumed word by word
     uint32_t outOfBookPly = 0;  // ply of the first search out of book; 0 while the game is in book
     Reported reported;
     Clock clock;
     std::vector<UndoEntry> undoStack;
-    bool positionValid = true;  // false after a FEN that setFen refused: the board is then unusable
+    bool positionValid = true;    // false after a FEN that setFen refused: the board is then unusable
     bool resultWithheld = false;  // under statusLock: a ponder search ended, its move waits for stop
     Log log;
     FILE* out;

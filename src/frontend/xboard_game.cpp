@@ -153,15 +153,24 @@ void Xboard::think() {
     bool infinite = false;
     int newStatus = SEARCHING;
     for (String word = nextWord(args); !word.empty() || !args.empty(); word = nextWord(args)) {
-        if (word == "wtime") wtime = nextNumber(args);
-        else if (word == "btime") btime = nextNumber(args);
-        else if (word == "winc") winc = nextNumber(args);
-        else if (word == "binc") binc = nextNumber(args);
-        else if (word == "depth") depth = nextNumber(args);
-        else if (word == "nodes") nextNumber(args);
-        else if (word == "movetime") movetime = nextNumber(args);
-        else if (word == "movestogo") movesToGo = nextNumber(args);
-        else if (word == "infinite") infinite = true;
+        if (word == "wtime")
+            wtime = nextNumber(args);
+        else if (word == "btime")
+            btime = nextNumber(args);
+        else if (word == "winc")
+            winc = nextNumber(args);
+        else if (word == "binc")
+            binc = nextNumber(args);
+        else if (word == "depth")
+            depth = nextNumber(args);
+        else if (word == "nodes")
+            nextNumber(args);
+        else if (word == "movetime")
+            movetime = nextNumber(args);
+        else if (word == "movestogo")
+            movesToGo = nextNumber(args);
+        else if (word == "infinite")
+            infinite = true;
         else if (word == "ponder") {
             log.info("START pondering\n");
             infinite = true;

@@ -38,7 +38,8 @@ void Xboard::printInfoLine(int depth, int score) {
     const uint64_t nodes = totalNodes();
     char field[64];
     std::string line;
-    snprintf(field, sizeof field, "info depth %u seldepth %u", unsigned(depth), unsigned(searchThread.seldepth));
+    snprintf(field, sizeof field, "info depth %u seldepth %u", unsigned(depth),
+             unsigned(searchThread.seldepth));
     line += field;
     uciScoreText(field, score);
     line += field;
@@ -63,8 +64,10 @@ void Xboard::playMove(Move best, Move ponder) {
     // The log names the moves in the board's own form, on the position before the move.
     char bestLog[MOVE_TEXT_SIZE], ponderLog[MOVE_TEXT_SIZE] = "";
     moveToText(gameBoard, bestLog, best);
-    if (best != NO_MOVE && makeGameMove(best) == NO_MOVE) log.warning("move not played: %s\n", bestLog);
-    else if (ponder != NO_MOVE) moveToText(gameBoard, ponderLog, ponder);
+    if (best != NO_MOVE && makeGameMove(best) == NO_MOVE)
+        log.warning("move not played: %s\n", bestLog);
+    else if (ponder != NO_MOVE)
+        moveToText(gameBoard, ponderLog, ponder);
     {
         std::lock_guard<std::mutex> lock(outputLock);
         fprintf(out, "move %s\n", text);

@@ -1,18 +1,18 @@
 // The xboard handler driven line by line through handleCommand, its output captured in a file: the
 // handshake and feature lines, moves in and out, taking moves back, thinking on the engine's turn, the
 // result held back while pondering, and whole games of the engine against itself.
+#include "frontend/xboard.h"
+
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
 
-#include <unistd.h>
-
 #include "board/makemove.h"
 #include "board/notation.h"
-#include "frontend/xboard.h"
 #include "search/searchthread.h"
 #include "search/timecontrol.h"
 #include "search/tt.h"
@@ -185,7 +185,8 @@ TEST_F(XboardTest, UsermovePlaysLegalMovesAndNamesTheOthers) {
     send("xboard");
     send("force");
     output();
-    for (const char* word : {"e2e4", "e7e5", "Ng1f3", "Nc6"}) EXPECT_EQ(send(std::string("usermove ") + word), 1);
+    for (const char* word : {"e2e4", "e7e5", "Ng1f3", "Nc6"})
+        EXPECT_EQ(send(std::string("usermove ") + word), 1);
     EXPECT_EQ(output(), "");  // forced: no thinking
     const Board expected = played(START_FEN, {"e2e4", "e7e5", "g1f3", "b8c6"});
     EXPECT_EQ(fenOf(gameBoard), fenOf(expected));
