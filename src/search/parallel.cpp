@@ -48,7 +48,7 @@ void addMs(std::atomic<uint32_t>& counter, uint32_t ms) { counter.fetch_add(ms, 
 // One round of a busy wait: a short pause first, then giving the core away, since more threads may
 // spin than there are cores.
 void pause(int& round) {
-    if (++round < 64) {
+    if (++round < 4096) {
 #if defined(__x86_64__) || defined(__i386__)
         __builtin_ia32_pause();
 #endif
@@ -433,7 +433,7 @@ std::string splitStatistics() {
         const int active = static_cast<int>(i == 0 ? timeControl.elapsed() : slot.activeMs.load());
         const int wait = static_cast<int>(searchThreads[i].stats.splitWaitMs.get());
         const int admin = static_cast<int>(slot.adminMs.load());
-        char name[16];
+        char name[24];
         if (i == 0)
             std::snprintf(name, sizeof name, "master");
         else
