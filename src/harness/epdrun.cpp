@@ -1,12 +1,12 @@
 #include "harness/epdrun.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <vector>
 
 #include "board/notation.h"
 #include "harness/epd.h"
+#include "harness/savedsearch.h"
 #include "harness/solution.h"
 #include "harness/textinput.h"
 #include "platform/platform.h"
@@ -100,35 +100,6 @@ void printPosition(FILE* out, const PositionResult& p, const EpdRecord& record) 
     std::fflush(out);
 }
 
-// What the run changes besides the table, put back when it ends.
-struct SavedSearchState {
-    Board board = gameBoard;
-    int maxDepth = searchThread.maxDepth;
-    SearchListener* listener = searchThread.listener;
-    bool statistics = searchThread.printStatistics;
-    bool echo = searchThread.echoLines;
-    bool infinite = timeControl.infinite.load();
-    int clockMs = timeControl.clockMs;
-    int movesToGo = timeControl.movesToGo;
-    int incMs = timeControl.incMs;
-    std::array<int, TimeControl::PHASES> limits = std::to_array(timeControl.phaseLimit);
-    std::array<float, TimeControl::PHASES> factors = std::to_array(timeControl.phaseFactor);
-
-    ~SavedSearchState() {
-        gameBoard = board;
-        searchThread.maxDepth = maxDepth;
-        searchThread.listener = listener;
-        searchThread.printStatistics = statistics;
-        searchThread.echoLines = echo;
-        timeControl.infinite.store(infinite);
-        timeControl.clockMs = clockMs;
-        timeControl.movesToGo = movesToGo;
-        timeControl.incMs = incMs;
-        std::copy(limits.begin(), limits.end(), timeControl.phaseLimit);
-        std::copy(factors.begin(), factors.end(), timeControl.phaseFactor);
-    }
-};
-
 }  // namespace
 
 bool runEpdFile(const std::string& path, double seconds, EpdRun& run, FILE* out) {
@@ -149,10 +120,7 @@ bool runEpdFile(const std::string& path, double seconds, EpdRun& run, FILE* out)
 
     // Step 2. Each position on its own: an empty table, the time per position, no depth limit.
     searchThread.stopSearch();
-    const SavedSearchState saved;
-    searchThread.maxDepth = 0;
-    searchThread.printStatistics = false;
-    searchThread.echoLines = false;
+    const SavedSearch saved;
     const uint32_t ms = static_cast<uint32_t>(std::clamp(seconds * 1000, 1.0, double(INT32_MAX)));
     int number = 0;
     for (const EpdEntry& entry : entries) {

@@ -7,36 +7,15 @@
 
 #include "board/board.h"
 #include "frontend/util/string.h"
+#include "harness/savedsearch.h"
 #include "platform/platform.h"
 #include "search/bench.h"
-#include "search/parallel.h"
 #include "search/searchthread.h"
 #include "search/timecontrol.h"
 
 namespace {
 
 constexpr int ROUNDS = 6;
-
-// What the self test changes on the search threads, put back when it ends.
-struct SavedThreads {
-    Board board = gameBoard;
-    SearchListener* listener = searchThread.listener;
-    bool statistics = searchThread.printStatistics;
-    bool echo = searchThread.echoLines;
-    bool infinite = timeControl.infinite.load();
-    int maxDepth = searchThread.maxDepth;
-    int threads = threadCount();
-
-    ~SavedThreads() {
-        gameBoard = board;
-        searchThread.listener = listener;
-        searchThread.printStatistics = statistics;
-        searchThread.echoLines = echo;
-        timeControl.infinite.store(infinite);
-        searchThread.maxDepth = maxDepth;
-        setThreads(threads);
-    }
-};
 
 // One round: an endless search on all slots, stopped after a moment. Every worker must have woken
 // with the round's root position (a worker takes back what it played, so its board ends there) and
@@ -70,12 +49,8 @@ bool wakeAndStop(int round, uint32_t& stopMs, uint64_t& workerNodes, std::string
 bool threadSelfTest(std::string& detail) {
     searchThread.boot();
     searchThread.stopSearch();
-    const SavedThreads saved;
+    const SavedSearch saved;
     setThreads(MAX_THREADS);
-    searchThread.maxDepth = 0;
-    searchThread.listener = nullptr;
-    searchThread.printStatistics = false;
-    searchThread.echoLines = false;
     timeControl.infinite.store(true);
     if (threadCount() != MAX_THREADS) {
         detail = "only " + std::to_string(threadCount()) + " search threads could be set";
