@@ -125,7 +125,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
 
     // Step 4. Count the node and look at the clock now and then.
     stats.nodes.add();
-    if ((stats.nodes.get() & 4095) == 0 && timeControl.outOfTime()) {
+    if (clockRanOut(stats.nodes.get())) {
         stopAllThreads();
         return 0;
     }

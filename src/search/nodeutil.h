@@ -6,6 +6,7 @@
 #include "board/movegen.h"
 #include "eval/evaluate.h"
 #include "search/searchthread.h"
+#include "search/timecontrol.h"
 #include "search/tt.h"
 
 // Killers, mate killers and stored moves carry neither check bits nor the reduced mark.
@@ -21,6 +22,11 @@ inline void storeEntry(SearchThread& thread, int ply, Move move, int score, int 
     entry.type = static_cast<uint8_t>(type);
     tt.store(thread.stats, thread.board, entry);
 }
+
+// The clock is read every 1024 nodes of each kind, interior and quiescence alike: in an endgame full of
+// checks the quiescence search takes most of the nodes, and with a few milliseconds left on the clock
+// the search cannot wait for thousands of interior nodes before it notices that its time is up.
+inline bool clockRanOut(uint64_t count) { return (count & 1023) == 0 && timeControl.outOfTime(); }
 
 inline bool isQuiet(Move move) { return !isCapture(move) && promotionKind(move) == 0; }
 

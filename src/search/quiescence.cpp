@@ -54,6 +54,10 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
     if (thread.stop.load(std::memory_order_relaxed)) return 0;
     thread.seldepth = std::max(thread.seldepth, ply);
     stats.qnodes.add();
+    if (clockRanOut(stats.qnodes.get())) {
+        stopAllThreads();
+        return 0;
+    }
     thread.pv[ply][0] = NO_MOVE;
 
     // Step 2. The draw rules.
