@@ -82,10 +82,14 @@ String Uci::valueArg() {
     return String();
 }
 
-int Uci::exchangeStatus(int newStatus) {
+int Uci::exchangeStatus(int newStatus, bool* withheld) {
     std::lock_guard<std::mutex> lock(statusLock);
     int old = status;
     status = newStatus;
+    if (withheld) {
+        *withheld = answerWithheld;
+        answerWithheld = false;
+    }
     return old;
 }
 

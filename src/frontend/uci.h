@@ -6,6 +6,9 @@
 // Threads: handleCommand runs on the main thread, the SearchListener calls on the search thread.
 // - status is read and changed only under statusLock, each read-and-set as one step, so when a search
 //   ends while "stop" or "ponderhit" arrives, whoever sees the status first prints the bestmove;
+// - a ponder search that ends by itself leaves answerWithheld set with the status: only then does a
+//   "stop" or "ponderhit" on an idle engine print the bestmove. A "stop" that crosses a bestmove already
+//   sent (the GUI's flag fell just as the engine answered) must not answer that "go" a second time;
 // - every text written to the GUI is written and flushed under outputLock, so lines never interleave;
 // - the reporting record is written by the search thread only (go clears it before the search runs);
 // - everything else belongs to the main thread. Waiting for the search happens outside both locks.
@@ -74,7 +77,8 @@ class Uci : public SearchListener {
     String nextArg();
     String valueArg();
 
-    int exchangeStatus(int newStatus);
+    // withheld, when given, takes the note of an answer held back by the ponder search.
+    int exchangeStatus(int newStatus, bool* withheld = nullptr);
     void setStatus(int newStatus);
     const char* statusName();
 
@@ -95,6 +99,7 @@ class Uci : public SearchListener {
     std::mutex outputLock;
     std::mutex statusLock;
     int status = IDLE;
+    bool answerWithheld = false;
 };
 
 extern Uci uci;

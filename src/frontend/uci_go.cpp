@@ -58,6 +58,7 @@ void Uci::go() {
     {
         std::lock_guard<std::mutex> lock(statusLock);
         current = status;
+        answerWithheld = false;  // an answer the GUI never asked for is dropped
     }
     if (current == SEARCHING || current == PONDER) stopSearch();
     searchThread.waitIdle();
@@ -107,11 +108,16 @@ void Uci::go() {
 
 void Uci::ponderhit() {
     traceMessage("ponderhit()...");
-    switch (exchangeStatus(SEARCHING)) {
+    bool withheld;
+    switch (exchangeStatus(SEARCHING, &withheld)) {
         case IDLE:
+            setStatus(IDLE);
+            if (!withheld) {
+                log.warning("uci::ponderhit after the bestmove was sent, ignored\n");
+                break;
+            }
             // The ponder search ended before the opponent moved; its answer was held back until now.
             log.info("Uci:ponderhit(): already finished\n");
-            setStatus(IDLE);
             printInfoLine(searchThread.depth, searchThread.bestScore);
             printBestmove(searchThread.bestMove(), searchThread.ponderMove());
             break;
@@ -132,8 +138,13 @@ void Uci::ponderhit() {
 
 void Uci::stop() {
     traceMessage("stop()...");
-    switch (exchangeStatus(IDLE)) {
+    bool withheld;
+    switch (exchangeStatus(IDLE, &withheld)) {
         case IDLE:
+            if (!withheld) {
+                log.warning("uci::stop after the bestmove was sent, ignored\n");
+                break;
+            }
             // The ponder search ended before the opponent moved: its withheld answer, without ponder move.
             printInfoLine(searchThread.depth, searchThread.bestScore);
             printBestmove(searchThread.bestMove(), NO_MOVE);

@@ -113,7 +113,14 @@ void Uci::reportMove(int depth, int moveIndex, Move move) {
 
 void Uci::finish(int depth, int score, Move best) {
     traceMessage("finished()...");
-    if (exchangeStatus(IDLE) == PONDER) {
+    bool heldBack;
+    {
+        std::lock_guard<std::mutex> lock(statusLock);
+        heldBack = status == PONDER;
+        status = IDLE;
+        answerWithheld = heldBack;
+    }
+    if (heldBack) {
         // UCI allows no bestmove before "ponderhit" or "stop"; one of them sends it.
         log.info("Uci:finish() delay sending bestmove, status is still 'pondering'\n");
     } else {

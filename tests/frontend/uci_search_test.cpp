@@ -75,6 +75,21 @@ TEST(UciSearch, WithheldPonderResult) {
     EXPECT_NE(log.find("Uci:ponderhit(): already finished\n"), std::string::npos) << log;
 }
 
+// A "stop" or "ponderhit" that crosses the answer (the GUI's flag fell just as the engine moved) gets no
+// second bestmove: the GUI would read it as the answer to its next "go" and lose on an illegal move.
+TEST(UciSearch, StopOrPonderhitAfterTheAnswerGetNoSecondOne) {
+    UciSession session("uci_late_stop", "uci.trace=1\n");
+    std::string out = session.exchange("position startpos\ngo depth 1\n", "finished() ok\n");
+    out += session.settle("stop\nponderhit\n");
+    EXPECT_EQ(countOf(out, "bestmove"), 1u) << out;
+    // The answer a ponder search held back goes out once, on the first of them.
+    out = session.exchange("position startpos moves e2e4\ngo ponder depth 1\n", "finished() ok\n");
+    out += session.settle("ponderhit\nstop\nponderhit\n");
+    EXPECT_EQ(countOf(out, "bestmove"), 1u) << out;
+    EXPECT_TRUE(contains(out, "bestmove @ ponder @\n")) << out;
+    EXPECT_EQ(countOf(session.logText(), "after the bestmove was sent, ignored\n"), 4u);
+}
+
 TEST(UciSearch, StopAndPonderhitWithoutGoAnswerTheNullMove) {
     UciSession session("uci_no_go");
     EXPECT_EQ(session.settle("position startpos\nstop\n"), "bestmove 0000\nreadyok\n");
