@@ -84,9 +84,6 @@ class Uci : public SearchListener {
 
     // Writes the message to the log and, with trace set, to the GUI.
     void traceMessage(const char* message);
-    // Logs an answer sent to the GUI with its time stamp.
-    void logAnswer(const char* answer, const char* text = "");
-    void openLogFile();
 
     void printInfoLine(int depth, int score);
     void printBestmove(Move best, Move ponder);
@@ -105,10 +102,11 @@ class Uci : public SearchListener {
 extern Uci uci;
 
 // The clock handed to the time control for a "go" with t milliseconds left: a fixed reserve of three
-// seconds off a long clock, half of a short one, at least 100 ms, but never more than the clock itself
-// (with less than 100 ms left, planning on 100 loses on time).
+// seconds off a long clock, half of a short one. Never more than half: the allocation adds the
+// increment on top, and an engine that may spend its whole clock each move bleeds it to nothing and
+// then loses on time to the first delay between the GUI and the engine.
 constexpr int usableClock(int t) {
-    return t > 6000 ? t - 3000 : t / 2 > 100 ? t / 2 : t < 100 ? t : 100;
+    return t > 6000 ? t - 3000 : t / 2;
 }
 
 // Move text of the protocol: from-square, to-square and a small promotion letter (e7e8q); "0000" for

@@ -83,7 +83,7 @@ TEST(UciSearch, StopOrPonderhitAfterTheAnswerGetNoSecondOne) {
     out += session.settle("stop\nponderhit\n");
     EXPECT_EQ(countOf(out, "bestmove"), 1u) << out;
     // The answer a ponder search held back goes out once, on the first of them.
-    out = session.exchange("position startpos moves e2e4\ngo ponder depth 1\n", "finished() ok\n");
+    out = session.exchange("position startpos moves e2e4\ngo ponder depth 2\n", "finished() ok\n");
     out += session.settle("ponderhit\nstop\nponderhit\n");
     EXPECT_EQ(countOf(out, "bestmove"), 1u) << out;
     EXPECT_TRUE(contains(out, "bestmove @ ponder @\n")) << out;

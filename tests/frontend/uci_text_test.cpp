@@ -4,6 +4,7 @@
 #include <string>
 
 #include "frontend/uci.h"
+#include "search/timecontrol.h"
 
 namespace {
 
@@ -56,10 +57,17 @@ TEST(UciText, ClockHandedToTheTimeControl) {
     EXPECT_EQ(usableClock(6000), 3000);
     EXPECT_EQ(usableClock(6001), 3001);
     EXPECT_EQ(usableClock(60000), 57000);
-    EXPECT_EQ(usableClock(150), 100);
-    EXPECT_EQ(usableClock(100), 100);
-    EXPECT_EQ(usableClock(60), 60);
-    EXPECT_EQ(usableClock(0), 0);
+}
+
+// With the clock down to a few increments no phase, panic included, may plan on more than half of
+// what is left: spending the whole clock plus the increment each move ends in a time forfeit.
+TEST(UciText, ShortClockKeepsHalfInReserveWhateverTheIncrement) {
+    for (int clock : {0, 1, 10, 44, 100, 150, 199, 1000, 5000}) {
+        for (int increment : {0, 10, 50, 1000}) {
+            timeControl.setClock(0, usableClock(clock), increment);
+            for (int limit : timeControl.phaseLimit) EXPECT_LE(limit, clock / 2) << clock << "+" << increment;
+        }
+    }
 }
 
 }  // namespace
