@@ -6,8 +6,8 @@
 #include <cstring>
 #include <string>
 
+#include "frontend/protocol_log.h"
 #include "frontend/subsystem_hooks.h"
-#include "frontend/util/filesystem.h"
 #include "frontend/version.h"
 #include "platform/platform.h"
 #include "search/timecontrol.h"
@@ -28,23 +28,6 @@ const char* const STATUS_NAMES[] = {"_idle_", "pos", "search", "ponder"};
 // The range of the Hash option, in megabytes.
 constexpr int HASH_MIN_MB = 1;
 constexpr int HASH_MAX_MB = 4096;
-
-// The log directory and a numbered file name in it, with a separator between them unless the
-// directory already ends in one.
-std::string logFilePath(const char* directory, unsigned number) {
-    std::string path = directory;
-    if (!path.empty() && path.back() != '/' && path.back() != '\\') path += '/';
-    char name[32];
-    snprintf(name, sizeof name, "kelvra-%04u.log", number);
-    return path + name;
-}
-
-bool fileExists(const std::string& path) {
-    FILE* file = fopen(path.c_str(), "r");
-    if (!file) return false;
-    fclose(file);
-    return true;
-}
 
 }  // namespace
 
@@ -113,39 +96,13 @@ void Uci::traceMessage(const char* message) {
     fflush(out);
 }
 
-void Uci::logAnswer(const char* answer, const char* text) {
-    log.info("%010u:%s%s\n", platform::getTickCount(), answer, text);
-}
-
 void Uci::stopSearch() {
     searchThread.stopSearch();
 }
 
-// Each "uci" starts a new file: kelvra-0000.log, kelvra-0001.log, ... the first name not yet taken.
-// A file opened by an earlier "uci" stays open: the search thread may still be writing to it.
-void Uci::openLogFile() {
-    if (logDir.empty()) return;
-    if (!FileSystem::mkdirs(logDir.c_str())) {
-        log.info("could not create logdir: %s\n", logDir.c_str());
-        return;
-    }
-    unsigned number = 0;
-    while (fileExists(logFilePath(logDir.c_str(), number))) number++;
-    std::string path = logFilePath(logDir.c_str(), number);
-    log.info("redirecting output to %s, file=%s\n", platform::currentDirectory().c_str(), path.c_str());
-    FILE* file = fopen(path.c_str(), "w");
-    if (!file) {
-        log.info("redirect failed!\n");
-        return;
-    }
-    Log::setStream(file);
-}
-
 void Uci::handshake() {
-    openLogFile();
-    char errorLog[64];
-    snprintf(errorLog, sizeof errorLog, "kelvra-%s-error.log", ENGINE_VERSION);
-    if (!freopen(errorLog, "a", stderr)) log.warning("could not open %s\n", errorLog);
+    openProtocolLog(logDir);
+    openErrorLog();
     {
         std::lock_guard<std::mutex> lock(outputLock);
         fprintf(out, "\nid name %s-%s\nid author %s\n", ENGINE_NAME, ENGINE_VERSION, ENGINE_AUTHOR);

@@ -5,6 +5,7 @@
 
 #include "board/makemove.h"
 #include "board/notation.h"
+#include "frontend/protocol_log.h"
 #include "frontend/uci.h"
 #include "platform/platform.h"
 #include "search/timecontrol.h"

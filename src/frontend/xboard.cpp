@@ -5,7 +5,7 @@
 #include <cstring>
 #include <string>
 
-#include "frontend/util/filesystem.h"
+#include "frontend/protocol_log.h"
 #include "frontend/version.h"
 #include "platform/platform.h"
 
@@ -17,23 +17,6 @@ struct XboardCommand {
 };
 
 const char* const STATUS_NAMES[] = {"_idle_", "pos", "search", "ponder"};
-
-// The log directory and a numbered file name in it, with a separator between them unless the
-// directory already ends in one.
-std::string logFilePath(const char* directory, unsigned number) {
-    std::string path = directory;
-    if (!path.empty() && path.back() != '/' && path.back() != '\\') path += '/';
-    char name[32];
-    snprintf(name, sizeof name, "kelvra-%04u.log", number);
-    return path + name;
-}
-
-bool fileExists(const std::string& path) {
-    FILE* file = fopen(path.c_str(), "r");
-    if (!file) return false;
-    fclose(file);
-    return true;
-}
 
 }  // namespace
 
@@ -101,35 +84,11 @@ void Xboard::traceMessage(const char* message) {
     fflush(out);
 }
 
-void Xboard::logAnswer(const char* answer, const char* text) {
-    log.info("%010u:%s%s\n", platform::getTickCount(), answer, text);
-}
-
-// Each handshake starts a new file: kelvra-0000.log, kelvra-0001.log, ... the first name not yet
-// taken. An older file stays open: the search thread may still be writing to it.
-void Xboard::openLogFile() {
-    if (logDir.empty()) return;
-    if (!FileSystem::mkdirs(logDir.c_str())) {
-        log.info("could not create logdir: %s\n", logDir.c_str());
-        return;
-    }
-    unsigned number = 0;
-    while (fileExists(logFilePath(logDir.c_str(), number))) number++;
-    std::string path = logFilePath(logDir.c_str(), number);
-    log.info("redirecting output to %s, file=%s\n", platform::currentDirectory().c_str(), path.c_str());
-    FILE* file = fopen(path.c_str(), "w");
-    if (!file) {
-        log.info("redirect failed!\n");
-        return;
-    }
-    Log::setStream(file);
-}
-
 void Xboard::handshake() {
     searchThread.waitIdle();
     searchThread.listener = this;
     searchThread.echoLines = false;
-    openLogFile();
+    openProtocolLog(logDir);
     {
         std::lock_guard<std::mutex> lock(outputLock);
         fputs("\n", out);

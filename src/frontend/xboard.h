@@ -108,8 +108,6 @@ class Xboard : public SearchListener {
     int exchangeStatus(int newStatus);
     const char* statusName();
     void traceMessage(const char* message);
-    void logAnswer(const char* answer, const char* text = "");
-    void openLogFile();
     void printInfoLine(int depth, int score);
 
     String args;                // the rest of the line being handled, consumed word by word

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "board/notation.h"
+#include "frontend/protocol_log.h"
 #include "frontend/xboard.h"
 #include "platform/platform.h"
 #include "search/timecontrol.h"
