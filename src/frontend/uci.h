@@ -68,8 +68,6 @@ class Uci : public SearchListener {
 
     // Step of "go": answers from the book while the game is in it; true when it did.
     bool playBookMove();
-    // Step of "go": hands the clock of the "go" words to the time control.
-    void setTimeLimits(int wtime, int btime, int winc, int binc, int movesToGo, int movetime, bool infinite);
     // Stops a running search and waits for the search thread to be idle again.
     void stopSearch();
 

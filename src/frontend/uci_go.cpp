@@ -2,6 +2,7 @@
 #include <cstdlib>
 
 #include "book/book.h"
+#include "frontend/time_limits.h"
 #include "frontend/uci.h"
 #include "search/timecontrol.h"
 
@@ -19,36 +20,6 @@ bool Uci::playBookMove() {
     outOfBook.keyLow = lowHalf(gameBoard.hash);
     log.info("Uci:First search out of book is at %u ply\n", outOfBook.ply);
     return false;
-}
-
-void Uci::setTimeLimits(int wtime, int btime, int winc, int binc, int movesToGo, int movetime,
-                        bool infinite) {
-    timeControl.start();
-    timeControl.infinite = infinite;
-    // The first moves after the book get more time: the table holds nothing yet to build on.
-    timeControl.outOfBook = 0;
-    const uint32_t p = outOfBook.ply;
-    if (p != 0 && gameBoard.ply + 1 >= p) {
-        timeControl.outOfBook = int((gameBoard.ply + 1 - p) >> 1) + 1;
-        log.info("out of book=%i\n", timeControl.outOfBook);
-    }
-
-    if (movetime >= 0) {
-        log.info("got hard moves/millis=%i/%i\n", movesToGo, movetime);
-        timeControl.setMoveTime(movetime);
-    } else {
-        const bool white = gameBoard.sideToMove == 0;
-        const int clock = white ? wtime : btime;
-        if (clock >= 0) {
-            log.info("got wb moves/millis=%i/%i\n", movesToGo, clock);
-            timeControl.setClock(movesToGo, usableClock(clock), white ? winc : binc);
-        } else {
-            // Depth, an infinite search or the last limits end this one.
-            log.warning("NO TIME CALCULATED\n");
-        }
-    }
-    log.info("Nominal search time is %3.2f seconds, infinite=%i\n", timeControl.phaseLimit[2] / 1000.0,
-             int(timeControl.infinite.load()));
 }
 
 void Uci::go() {
@@ -96,7 +67,7 @@ void Uci::go() {
 
     // Step 4. Depth and clock.
     searchThread.maxDepth = depth;
-    setTimeLimits(wtime, btime, winc, binc, movesToGo, movetime, infinite);
+    setTimeLimits(outOfBook.ply, wtime, btime, winc, binc, movesToGo, movetime, infinite);
 
     // Step 5. The search runs on its own thread; input goes on being read meanwhile.
     reported = Reported();

@@ -96,7 +96,6 @@ class Xboard : public SearchListener {
     // Starts a search, or answers from the book, when the engine's side is to move.
     void think();
     bool playBookMove();
-    void setTimeLimits(int wtime, int btime, int winc, int binc, int movesToGo, int movetime, bool infinite);
     // Stops a running search without playing its move, and drops a move held back while pondering.
     void callOffSearch();
     // Plays the engine's move on the board and sends the "move" line; the ponder move is only logged.

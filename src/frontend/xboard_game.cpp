@@ -6,6 +6,7 @@
 
 #include "board/notation.h"
 #include "book/book.h"
+#include "frontend/time_limits.h"
 #include "frontend/xboard.h"
 #include "search/timecontrol.h"
 
@@ -108,35 +109,6 @@ bool Xboard::playBookMove() {
     return false;
 }
 
-void Xboard::setTimeLimits(int wtime, int btime, int winc, int binc, int movesToGo, int movetime,
-                           bool infinite) {
-    timeControl.start();
-    timeControl.infinite = infinite;
-    // The first moves after the book get more time: the table holds nothing yet to build on.
-    timeControl.outOfBook = 0;
-    if (outOfBookPly != 0 && gameBoard.ply + 1 >= outOfBookPly) {
-        timeControl.outOfBook = int((gameBoard.ply + 1 - outOfBookPly) >> 1) + 1;
-        log.info("out of book=%i\n", timeControl.outOfBook);
-    }
-
-    if (movetime >= 0) {
-        log.info("got hard moves/millis=%i/%i\n", movesToGo, movetime);
-        timeControl.setMoveTime(movetime);
-    } else {
-        const bool white = gameBoard.sideToMove == 0;
-        const int clockMs = white ? wtime : btime;
-        if (clockMs >= 0) {
-            log.info("got wb moves/millis=%i/%i\n", movesToGo, clockMs);
-            timeControl.setClock(movesToGo, usableClock(clockMs), white ? winc : binc);
-        } else {
-            // Depth or the limits of the last timed search end this one.
-            log.warning("NO TIME CALCULATED\n");
-        }
-    }
-    log.info("Nominal search time is %3.2f seconds, infinite=%i\n", timeControl.phaseLimit[2] / 1000.0,
-             int(timeControl.infinite.load()));
-}
-
 void Xboard::think() {
     if (!positionValid || (engineSide != 0 && engineSide != 1) || engineSide != int(gameBoard.sideToMove))
         return;
@@ -187,7 +159,7 @@ void Xboard::think() {
 
     // Step 4. Depth and clock.
     searchThread.maxDepth = depth;
-    setTimeLimits(wtime, btime, winc, binc, movesToGo, movetime, infinite);
+    setTimeLimits(outOfBookPly, wtime, btime, winc, binc, movesToGo, movetime, infinite);
 
     // Step 5. The search runs on its own thread; input goes on being read meanwhile.
     reported = Reported();
