@@ -46,11 +46,6 @@ struct SearchOutcome {
 
 // Searches fen on the search thread's own stack, synchronously, from an empty table.
 inline SearchOutcome searchPosition(const char* fen, int maxDepth, int moveTimeMs, bool clearTable = true) {
-    static const bool allocated = [] {
-        tt.alloc(8 * 1024);
-        return true;
-    }();
-    (void)allocated;
     EXPECT_TRUE(gameBoard.setFen(fen)) << fen;
     if (clearTable) tt.clear();
     RecordingListener listener;
