@@ -19,6 +19,7 @@
 #include <mutex>
 
 #include "board/move.h"
+#include "frontend/info_report.h"
 #include "frontend/util/log.h"
 #include "frontend/util/string.h"
 #include "search/searchthread.h"
@@ -46,14 +47,6 @@ class Uci : public SearchListener {
         uint32_t ply = 0;
         uint32_t keyHigh = 0;
         uint32_t keyLow = 0;
-    };
-    // What the last "info" line said, to hold back repeats of an unchanged line.
-    struct Reported {
-        int depth = 0;
-        int score = 0;
-        Move move = NO_MOVE;
-        bool stable = false;
-        uint32_t nextReportMs = 0;  // since the search started; throttled lines wait until then
     };
 
     void handshake();

@@ -1,38 +1,14 @@
 // The search's reports as "info" lines, and the "bestmove" answer.
-#include <algorithm>
 #include <cstdio>
 #include <string>
 
 #include "board/makemove.h"
 #include "board/notation.h"
+#include "frontend/info_report.h"
 #include "frontend/protocol_log.h"
 #include "frontend/uci.h"
 #include "platform/platform.h"
 #include "search/timecontrol.h"
-#include "search/tt.h"
-
-namespace {
-
-// Lines of current moves come at most this often, apart from the first root move of an iteration.
-constexpr uint32_t CURRMOVE_INTERVAL_MS = 100;
-// An unchanged line is repeated only when it has held this many iterations.
-constexpr int STABLE_DEPTHS = 8;
-
-// Speed as nodes per millisecond: the figure GUIs have always been shown by this engine.
-uint64_t speed(uint64_t nodes, uint32_t ms) {
-    return nodes / std::max<uint32_t>(ms, 1);
-}
-
-// Per mille of the table taken over from earlier searches in this one.
-unsigned hashfull() {
-    uint64_t taken = 0;
-    for (const SearchThread& thread : searchThreads)
-        taken += thread.stats.ttReplacements.get() - thread.stats.ttSameAgeReplacements.get();
-    uint32_t entries = tt.entryCount();
-    return entries == 0 ? 0 : unsigned(std::min<uint64_t>(taken * 1000 / entries, 1000));
-}
-
-}  // namespace
 
 void Uci::printInfoLine(int depth, int score) {
     const uint32_t ms = timeControl.elapsed();
@@ -85,22 +61,12 @@ void Uci::printBestmove(Move best, Move ponder) {
 }
 
 void Uci::reportLine(int depth, int score, Move best) {
-    const uint32_t ms = timeControl.elapsed();
-    const bool same = score == reported.score && best == reported.move;
-    reported.stable = same && depth - reported.depth > STABLE_DEPTHS;
-    if (reported.stable && ms < reported.nextReportMs) return;
-    printInfoLine(depth, score);
-    if (!same) {
-        reported.depth = depth;
-        reported.score = score;
-        reported.move = best;
-    }
+    if (reported.lineDue(depth, score, best, timeControl.elapsed())) printInfoLine(depth, score);
 }
 
 void Uci::reportMove(int depth, int moveIndex, Move move) {
     const uint32_t ms = timeControl.elapsed();
-    if ((moveIndex > 0 || reported.stable) && ms < reported.nextReportMs) return;
-    reported.nextReportMs = ms + CURRMOVE_INTERVAL_MS;
+    if (!reported.moveDue(moveIndex, ms)) return;
     const uint64_t nodes = totalNodes();
     char text[8];
     uciMoveText(text, move);

@@ -22,6 +22,7 @@
 
 #include "board/makemove.h"
 #include "board/move.h"
+#include "frontend/info_report.h"
 #include "frontend/uci.h"
 #include "frontend/util/log.h"
 #include "frontend/util/string.h"
@@ -54,13 +55,6 @@ class Xboard : public SearchListener {
     int engineSide = -1;     // 0 White, 1 Black, -1 none
 
   private:
-    struct Reported {
-        int depth = 0;
-        int score = 0;
-        Move move = NO_MOVE;
-        bool stable = false;
-        uint32_t nextReportMs = 0;  // since the search started; throttled lines wait until then
-    };
     // One per ply played through this handler: what makeMove needs to be taken back.
     struct UndoEntry {
         Move move;
