@@ -1,7 +1,9 @@
 #include "frontend/info_report.h"
 
 #include <algorithm>
+#include <cstdio>
 
+#include "frontend/uci.h"
 #include "search/searchthread.h"
 #include "search/tt.h"
 
@@ -24,6 +26,25 @@ unsigned hashfull() {
         taken += thread.stats.ttReplacements.get() - thread.stats.ttSameAgeReplacements.get();
     uint32_t entries = tt.entryCount();
     return entries == 0 ? 0 : unsigned(std::min<uint64_t>(taken * 1000 / entries, 1000));
+}
+
+std::string infoLineText(int depth, int score, const char* clockFields) {
+    char field[64];
+    std::string line;
+    snprintf(field, sizeof field, "info depth %u seldepth %u", unsigned(depth),
+             unsigned(searchThread.seldepth));
+    line += field;
+    uciScoreText(field, score);
+    line += field;
+    line += clockFields;
+    const Move* pv = searchThread.principalVariation();
+    for (int i = 0; i < MAX_PLY && pv[i] != NO_MOVE; i++) {
+        uciMoveText(field, pv[i]);
+        line += field;
+        line += ' ';
+    }
+    line += '\n';
+    return line;
 }
 
 bool Reported::lineDue(int lineDepth, int lineScore, Move best, uint32_t ms) {

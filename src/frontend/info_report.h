@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "board/move.h"
 
@@ -10,6 +11,10 @@ uint64_t speed(uint64_t nodes, uint32_t ms);
 
 // Per mille of the table taken over from earlier searches in this one.
 unsigned hashfull();
+
+// The "info" line an iteration ends with, its newline included. clockFields is the
+// " time .. nodes .. nps .. pv " part: the protocols write its numbers differently.
+std::string infoLineText(int depth, int score, const char* clockFields);
 
 // What the last "info" line said, to hold back repeats of an unchanged line. ms counts from the start
 // of the search.

@@ -14,22 +14,9 @@ void Uci::printInfoLine(int depth, int score) {
     const uint32_t ms = timeControl.elapsed();
     const uint64_t nodes = totalNodes();
     char field[64];
-    std::string line;
-    snprintf(field, sizeof field, "info depth %u seldepth %u", unsigned(depth),
-             unsigned(searchThread.seldepth));
-    line += field;
-    uciScoreText(field, score);
-    line += field;
     snprintf(field, sizeof field, " time %u nodes %llu nps %llu pv ", ms, (unsigned long long)nodes,
              (unsigned long long)speed(nodes, ms));
-    line += field;
-    const Move* pv = searchThread.principalVariation();
-    for (int i = 0; i < MAX_PLY && pv[i] != NO_MOVE; i++) {
-        uciMoveText(field, pv[i]);
-        line += field;
-        line += ' ';
-    }
-    line += '\n';
+    const std::string line = infoLineText(depth, score, field);
     std::lock_guard<std::mutex> lock(outputLock);
     fputs(line.c_str(), out);
     fflush(out);

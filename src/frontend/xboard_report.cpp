@@ -14,22 +14,9 @@ void Xboard::printInfoLine(int depth, int score) {
     const uint32_t ms = timeControl.elapsed();
     const uint64_t nodes = totalNodes();
     char field[64];
-    std::string line;
-    snprintf(field, sizeof field, "info depth %u seldepth %u", unsigned(depth),
-             unsigned(searchThread.seldepth));
-    line += field;
-    uciScoreText(field, score);
-    line += field;
     // Signed here, unlike the UCI line: counts past 2^31 show negative, as they always have.
     snprintf(field, sizeof field, " time %i nodes %i nps %i pv ", int(ms), int(nodes), int(speed(nodes, ms)));
-    line += field;
-    const Move* pv = searchThread.principalVariation();
-    for (int i = 0; i < MAX_PLY && pv[i] != NO_MOVE; i++) {
-        uciMoveText(field, pv[i]);
-        line += field;
-        line += ' ';
-    }
-    line += '\n';
+    const std::string line = infoLineText(depth, score, field);
     std::lock_guard<std::mutex> lock(outputLock);
     fputs(line.c_str(), out);
     fflush(out);
