@@ -58,3 +58,9 @@ void openErrorLog() {
 void logAnswer(const char* answer, const char* text) {
     Log().info("%010u:%s%s\n", platform::getTickCount(), answer, text);
 }
+
+void logBestmove(Move best, const char* bestText, Move ponder, const char* ponderText) {
+    logAnswer("<--bestmove ", bestText);
+    if (ponder != NO_MOVE) logAnswer("<--ponder ", ponderText);
+    if (best == NO_MOVE) Log().warning("No move generated! bm=%x\n", best);
+}

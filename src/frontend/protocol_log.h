@@ -2,6 +2,7 @@
 // written through Log, the commands read and the answers sent with their time stamps.
 #pragma once
 
+#include "board/move.h"
 #include "frontend/util/string.h"
 
 // Opens the first numbered file not yet taken in directory (kelvra-0000.log, kelvra-0001.log, ...) and
@@ -14,3 +15,6 @@ void openErrorLog();
 
 // Logs an answer sent to the GUI with its time stamp.
 void logAnswer(const char* answer, const char* text = "");
+
+// Logs the engine's move and, when there is one, its ponder move, each with its text in the log.
+void logBestmove(Move best, const char* bestText, Move ponder, const char* ponderText);

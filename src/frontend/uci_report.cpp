@@ -42,9 +42,7 @@ void Uci::printBestmove(Move best, Move ponder) {
             fprintf(out, "bestmove %s\n", bestText);
         fflush(out);
     }
-    logAnswer("<--bestmove ", bestLog);
-    if (ponder != NO_MOVE) logAnswer("<--ponder ", ponderLog);
-    if (best == NO_MOVE) log.warning("No move generated! bm=%x\n", best);
+    logBestmove(best, bestLog, ponder, ponderLog);
 }
 
 void Uci::reportLine(int depth, int score, Move best) {

@@ -37,9 +37,7 @@ void Xboard::playMove(Move best, Move ponder) {
         fprintf(out, "move %s\n", text);
         fflush(out);
     }
-    logAnswer("<--bestmove ", bestLog);
-    if (ponder != NO_MOVE) logAnswer("<--ponder ", ponderLog);
-    if (best == NO_MOVE) log.warning("No move generated! bm=%x\n", best);
+    logBestmove(best, bestLog, ponder, ponderLog);
 }
 
 void Xboard::reportLine(int depth, int score, Move best) {
