@@ -3,6 +3,8 @@
 #include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <cstdlib>
+#include <cstring>
 #include <thread>
 
 #ifdef _WIN32
@@ -12,6 +14,7 @@
 #include <dlfcn.h>
 #include <pthread.h>
 #include <sched.h>
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -67,6 +70,35 @@ void startThread(std::function<void()> body, bool belowNormal) {
         body();
     });
     thread.detach();
+}
+
+namespace {
+constexpr size_t HUGE_PAGE = size_t(2) << 20;
+}
+
+void* allocLarge(size_t bytes) {
+    // Rounded up to whole huge pages, as aligned allocation requires.
+    const size_t size = (bytes + HUGE_PAGE - 1) & ~(HUGE_PAGE - 1);
+#ifdef _WIN32
+    void* block = _aligned_malloc(size, HUGE_PAGE);
+#else
+    void* block = std::aligned_alloc(HUGE_PAGE, size);
+#endif
+    if (block == nullptr) return nullptr;
+#ifdef MADV_HUGEPAGE
+    // Advice only: before the first touch, so the zeroing below faults in huge pages.
+    madvise(block, size, MADV_HUGEPAGE);
+#endif
+    std::memset(block, 0, size);
+    return block;
+}
+
+void freeLarge(void* block) {
+#ifdef _WIN32
+    _aligned_free(block);
+#else
+    std::free(block);
+#endif
 }
 
 void* loadLibrary(const std::string& path) {

@@ -1,5 +1,5 @@
 // The one place where the engine meets the operating system: clock, threads and events,
-// processor count, run-time library loading, directories and the book's random numbers.
+// processor count, large blocks, run-time library loading, directories and the book's random numbers.
 #pragma once
 
 #include <condition_variable>
@@ -35,6 +35,12 @@ private:
 
 // Starts a detached thread running body; belowNormal lowers its priority where the system allows.
 void startThread(std::function<void()> body, bool belowNormal);
+
+// A zeroed block of at least bytes, aligned to 2 MB and backed by huge pages where the system offers
+// them: a table probed at random addresses misses the TLB on nearly every probe with 4 KB pages.
+// Null when the memory is not granted. Release it with freeLarge only.
+void* allocLarge(size_t bytes);
+void freeLarge(void* block);
 
 // Run-time loading of a shared library; null when it cannot be loaded or the symbol is absent.
 void* loadLibrary(const std::string& path);

@@ -6,12 +6,12 @@
 
 #include "board/tables.h"
 #include "frontend/util/log.h"
+#include "platform/platform.h"
 
 Tt tt;
 
 namespace {
 
-constexpr uint32_t ALIGNMENT = 128;
 // Largest request that still fits the 32-bit byte count.
 constexpr int MAX_KILOBYTES = 0x3FFFFF;
 // An entry of another search loses this much depth in the choice of a slot to overwrite.
@@ -88,7 +88,7 @@ void Tt::alloc(int kilobytes) {
     // Step 2. A fresh block; on failure ask for half as much until something is granted.
     free();
     void* block;
-    while ((block = std::malloc(size_t(size) + ALIGNMENT)) == nullptr) {
+    while ((block = platform::allocLarge(size)) == nullptr) {
         logger.error("tt: malloc(%u) failed, retrying...\n", size);
         size /= 2;
         if (size < 64) {
@@ -98,10 +98,10 @@ void Tt::alloc(int kilobytes) {
         }
     }
 
-    // Step 3. Align to the cache line pair and size the index. The mask is not rounded to a power of
-    // two: part of a table of another size stays unused, as intended.
+    // Step 3. Size the index; the block's huge-page alignment covers the cache line pair. The mask is
+    // not rounded to a power of two: part of a table of another size stays unused, as intended.
     raw = block;
-    const uintptr_t start = (reinterpret_cast<uintptr_t>(block) + ALIGNMENT - 1) & ~uintptr_t(ALIGNMENT - 1);
+    const uintptr_t start = reinterpret_cast<uintptr_t>(block);
     bytes = size;
     entries = size / 16;
     mask = entries - 1;
@@ -181,7 +181,7 @@ void Tt::store(SearchStats& stats, const Board& board, TtEntry& e) {
 }
 
 void Tt::free() {
-    std::free(raw);
+    platform::freeLarge(raw);
     raw = nullptr;
     table = nullptr;
     bytes = 0;

@@ -66,7 +66,7 @@ class Tt {
     uint8_t currentAge() const { return age.load(std::memory_order_relaxed); }
 
   private:
-    std::atomic<uint32_t>* table = nullptr;  // 4 words per entry, 128-byte aligned inside raw
+    std::atomic<uint32_t>* table = nullptr;  // 4 words per entry, at the start of raw (2 MB aligned)
     void* raw = nullptr;
     uint32_t bytes = 0;
     uint32_t entries = 0;
