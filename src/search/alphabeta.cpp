@@ -153,19 +153,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
 
     // Step 10. Mate-distance pruning: no line from here can be shorter than the one already found.
     if (nodeType != NODE_PV) {
-        if (beta < -(MATE_BOUND - 1)) {
-            int v = ply - (MATE - 2);
-            if (inCheck && alpha < v) v = ply - MATE;
-            if (v >= beta) {
-                if (v != 0) return v;
-            } else {
-                alpha = std::max(alpha, v);
-            }
-        }
-        if (alpha >= MATE_BOUND) {
-            const int v = MATE - 1 - ply;
-            if (alpha >= v && v != 0) return v;
-        }
+        if (const int bound = mateDistanceBound(ply, alpha, beta, inCheck)) return bound;
     }
 
     // Step 11. Transposition table.

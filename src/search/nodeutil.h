@@ -2,6 +2,8 @@
 // arrays, passed-pawn files and the evasion test.
 #pragma once
 
+#include <algorithm>
+
 #include "board/makemove.h"
 #include "board/movegen.h"
 #include "eval/evaluate.h"
@@ -26,6 +28,22 @@ inline void storeEntry(SearchThread& thread, int ply, Move move, int score, int 
 // The clock is read every 1024 nodes of each kind, interior and quiescence alike: in an endgame full of
 // checks the quiescence search takes most of the nodes, and with a few milliseconds left on the clock
 // the search cannot wait for thousands of interior nodes before it notices that its time is up.
+// Mate-distance pruning: no line from here can end in a mate nearer than one already found. Returns
+// the score that settles the node, or 0 when the search goes on (with alpha perhaps raised).
+inline int mateDistanceBound(int ply, int& alpha, int beta, bool inCheck) {
+    if (beta < -(MATE_BOUND - 1)) {
+        int v = ply - (MATE - 2);
+        if (inCheck && alpha < v) v = ply - MATE;
+        if (v >= beta) return v;
+        alpha = std::max(alpha, v);
+    }
+    if (alpha >= MATE_BOUND) {
+        const int v = MATE - 1 - ply;
+        if (alpha >= v) return v;
+    }
+    return 0;
+}
+
 inline bool clockRanOut(uint64_t count) { return (count & 1023) == 0 && timeControl.outOfTime(); }
 
 inline bool isQuiet(Move move) { return !isCapture(move) && promotionKind(move) == 0; }

@@ -79,19 +79,7 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
     // Step 4. Mate-distance pruning at null-window nodes.
     const bool nullWindow = beta == alpha + 1;
     if (nullWindow) {
-        if (beta < -(MATE_BOUND - 1)) {
-            int v = ply - (MATE - 2);
-            if (inCheck && alpha < v) v = ply - MATE;
-            if (v >= beta) {
-                if (v != 0) return v;
-            } else {
-                alpha = std::max(alpha, v);
-            }
-        }
-        if (alpha >= MATE_BOUND) {
-            const int v = MATE - 1 - ply;
-            if (alpha >= v && v != 0) return v;
-        }
+        if (const int bound = mateDistanceBound(ply, alpha, beta, inCheck)) return bound;
     }
 
     // Step 5. The line arrays end here.
