@@ -436,7 +436,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
 }
 
 MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType, int alpha, bool first, Move move,
-                       int stage, int& score, Move& made) {
+                       int stage, int& score, Move& made, const std::atomic<int>* liveAlpha) {
     Board& board = thread.board;
     SearchStats& stats = thread.stats;
     const int side = static_cast<int>(board.sideToMove);
@@ -484,8 +484,10 @@ MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType
             v = -alphaBeta(thread, ply + 1, -beta, -alpha, d, made, -nodeType);
         } else {
             v = -alphaBeta(thread, ply + 1, -alpha - 1, -alpha, d, made, NODE_CUT);
-            if (v > alpha && !thread.stop.load(std::memory_order_relaxed))
+            if (v > alpha && !thread.stop.load(std::memory_order_relaxed)) {
+                if (liveAlpha) alpha = std::clamp(liveAlpha->load(std::memory_order_relaxed), alpha, beta - 1);
                 v = -alphaBeta(thread, ply + 1, -beta, -alpha, d, made, NODE_PV);
+            }
         }
     }
 

@@ -2,6 +2,8 @@
 // every move of its loop, and that the helpers of a split point apply to the moves they take from it.
 #pragma once
 
+#include <atomic>
+
 #include "board/move.h"
 #include "search/searchthread.h"
 
@@ -27,6 +29,8 @@ enum class MoveOutcome {
 
 // Searches move (drawn from picker stage `stage`) against the window (alpha, node.beta) at a node of
 // type nodeType; first tells whether it is the first move the node searches. The score is from the
-// node's side; it means nothing when the thread's stop flag is set afterwards.
+// node's side; it means nothing when the thread's stop flag is set afterwards. Threads sharing a split
+// point pass its alpha as liveAlpha: another thread may have raised it while this move was searched, and
+// a re-search with the full window starts from the higher value.
 MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType, int alpha, bool first, Move move,
-                       int stage, int& score, Move& made);
+                       int stage, int& score, Move& made, const std::atomic<int>* liveAlpha = nullptr);

@@ -120,7 +120,7 @@ void searchSplitPoint(SearchThread& thread, SplitPoint& sp) {
         }
         int v;
         Move made;
-        if (searchMove(thread, node, nodeType, alpha, false, move, stage, v, made) != MoveOutcome::SEARCHED ||
+        if (searchMove(thread, node, nodeType, alpha, false, move, stage, v, made, &sp.alpha) != MoveOutcome::SEARCHED ||
             thread.stop.load(std::memory_order_relaxed))
             continue;
 

@@ -61,7 +61,7 @@ struct SplitPoint {
     std::mutex lock;
     int next = 0;  // moves handed out
     int nodeType = NODE_PV;
-    int alpha = 0;
+    std::atomic<int> alpha{0};  // also read without the lock, by a re-search that wants the latest value
     int best = 0;
     Move bestMove = NO_MOVE;  // as made, with its check bits
     Move cutMove = NO_MOVE;   // the move that reached beta, as generated
