@@ -142,7 +142,7 @@ int evaluate(EvalContext& context, Board& board) {
     int score;
     if (context.useCache && evalCache.probe(cacheKey(board), static_cast<int>(board.sideToMove), score)) {
         ++context.cacheHits;
-        pawnevaluator(context, board);
+        probePawnTable(context, board);
         return score;
     }
     bool storable;

@@ -317,8 +317,7 @@ int pawnPieceTerm(const Board& board, const PawnEntry& entry, int side, int phas
     return value;
 }
 
-int pawnevaluator(EvalContext& context, Board& board) {
-    // Step 1. The structure's entry: computed on a miss, which always overwrites.
+PawnEntry& probePawnTable(EvalContext& context, const Board& board) {
     PawnEntry& entry = context.pawnHash.slot(board.pawnHash);
     const uint32_t check = highHalf(board.pawnHash);
     if (entry.check != check) {
@@ -333,6 +332,12 @@ int pawnevaluator(EvalContext& context, Board& board) {
         ++context.pawnHits;
     }
     context.pawnEntry = &entry;
+    return entry;
+}
+
+int pawnevaluator(EvalContext& context, Board& board) {
+    // Step 1. The structure's entry.
+    const PawnEntry& entry = probePawnTable(context, board);
 
     // Step 2. Phase: 64 units are the full starting set of pieces.
     const int phase =

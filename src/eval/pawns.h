@@ -9,6 +9,10 @@
 // material left. Leaves context.pawnEntry on the structure's entry.
 int pawnevaluator(EvalContext& context, Board& board);
 
+// The structure's entry in the thread's pawn table, computed on a miss (which always overwrites);
+// also left in context.pawnEntry.
+PawnEntry& probePawnTable(EvalContext& context, const Board& board);
+
 // Fills one colour's block and adds its middlegame and endgame pawn terms to mg and eg.
 void evalPawnSide(const Board& board, int side, PawnBlock& block, int& mg, int& eg);
 
