@@ -51,9 +51,27 @@ bool pathEmpty(const Board& board, int from, int to) {
     return true;
 }
 
-}  // namespace
+// The storm of the enemy pawns on each file: the pawns that threaten to open a file around side's king,
+// from side's view (0 or negative). Only the files set in `files` are counted; the others stay 0.
+void countStorm(const Board& board, int side, unsigned files, int storm[8]) {
+    const int enemy = side ^ 1;
+    const int back = pawnStep(enemy);  // the enemy pawn's forward step
+    forEachPiece(board, enemy, PAWN_SLOT, [&](int p) {
+        const int file = fileOf(p);
+        if (!((files >> file) & 1)) return;
+        if (isEmpty(board, p - back) || isOccupied(board, p - back - 1) || isOccupied(board, p - back + 1))
+            storm[file] -= STORM_BY_RANK[ownRank(side, p)];
+    });
+}
 
-int evalKingShelter(const Board& board, const PawnEntry& entry, int side, int king) {
+// The files whose storm the shelter of a king on the square reads: those beside its normalised file.
+unsigned stormFiles(int king) {
+    return 7u << (fileOf(king) + FILE_SHIFT[fileOf(king)] - 1);
+}
+
+// The pawn shelter for side's king as if it stood on king, in sixteenths of a point; storm holds the
+// enemy pawns' storm by file (countStorm) for at least the files this square reads.
+int evalKingShelter(const Board& board, const PawnEntry& entry, int side, int king, const int storm[8]) {
     const int enemy = side ^ 1;
     const int e = fileOf(king) < 4 ? -1 : 1;
     const int fwd = pawnStep(side);
@@ -87,15 +105,13 @@ int evalKingShelter(const Board& board, const PawnEntry& entry, int side, int ki
     else if (own(f + e + fwd))
         points += 5;
 
-    // Step 4. Enemy pawns storming the files around the king.
-    const int back = pawnStep(enemy);  // the enemy pawn's forward step
-    forEachPiece(board, enemy, PAWN_SLOT, [&](int p) {
-        if (std::abs(fileOf(p) - fileOf(k)) > 1) return;
-        if (isEmpty(board, p - back) || isOccupied(board, p - back - 1) || isOccupied(board, p - back + 1))
-            points -= STORM_BY_RANK[ownRank(side, p)];
-    });
+    // Step 4. Enemy pawns storming the files around the king (the normalised file is never an edge).
+    const int kf = fileOf(k);
+    points += storm[kf - 1] + storm[kf] + storm[kf + 1];
     return points * 16;
 }
+
+}  // namespace
 
 int evalKingAttack(const Board& board, int side) {
     const int enemy = side ^ 1;
@@ -161,15 +177,23 @@ int evalKing(const Board& board, const PawnEntry& entry, int side) {
     if (u > 13) {
         // Step 1. Safety: the attack, and the better of the present shelter and the one castling gives.
         const int attack = evalKingAttack(board, side);
-        const int s0 = evalKingShelter(board, entry, side, king);
+        const bool canShort = board.castling & (WHITE_SHORT << side);
+        const bool canLong = board.castling & (WHITE_LONG << side);
+        // One walk over the enemy pawns serves the shelters of all the squares weighed.
+        unsigned files = stormFiles(king);
+        if (canShort) files |= stormFiles(king + 2);
+        if (canLong) files |= stormFiles(king - 3);
+        int storm[8] = {};
+        countStorm(board, side, files, storm);
+        const int s0 = evalKingShelter(board, entry, side, king, storm);
         int s1 = s0, s2 = s0;
-        if (board.castling & (WHITE_SHORT << side)) {
-            int sK = evalKingShelter(board, entry, side, king + 2) - (isEmpty(board, king + 1) ? 24 : 36);
+        if (canShort) {
+            int sK = evalKingShelter(board, entry, side, king + 2, storm) - (isEmpty(board, king + 1) ? 24 : 36);
             if (!isEmpty(board, king + 2)) sK -= 12;
             s1 = std::max(s0, sK);
         }
-        if (board.castling & (WHITE_LONG << side)) {
-            int sQ = evalKingShelter(board, entry, side, king - 3) - (isEmpty(board, king - 1) ? 24 : 36);
+        if (canLong) {
+            int sQ = evalKingShelter(board, entry, side, king - 3, storm) - (isEmpty(board, king - 1) ? 24 : 36);
             if (!isEmpty(board, king - 2)) sQ -= 12;
             if (!isEmpty(board, king - 3)) sQ -= 12;
             s2 = std::max(s0, sQ);

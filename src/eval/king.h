@@ -7,7 +7,5 @@
 
 // side's king term, from side's view.
 int evalKing(const Board& board, const PawnEntry& entry, int side);
-// The pawn shelter for side's king as if it stood on king, in sixteenths of a point.
-int evalKingShelter(const Board& board, const PawnEntry& entry, int side, int king);
 // The enemy pieces bearing on side's king zone, from side's view (0 or negative).
 int evalKingAttack(const Board& board, int side);
