@@ -20,6 +20,20 @@ inline SavedState saveState(const Board& board) {
     return {board.epSquare, board.castling, board.lastIrreversible, board.pawnHash, board.lastMove};
 }
 
+// The key the position will have after a generated move, except for an en-passant square the move
+// creates, the castling rook and the piece a promotion puts down: close enough for the search to fetch
+// the child's table entry while it still works on the parent.
+inline uint64_t keyAfter(const Board& board, Move move) {
+    const int from = moveFrom(move);
+    const int to = moveTo(move);
+    const uint8_t slot = board.at(from);
+    uint64_t key = board.hash ^ pieceKey(slot, from) ^ pieceKey(slot, to);
+    if (const int captured = capturedSlot(move))
+        key ^= pieceKey(captured, (move & MOVE_EN_PASSANT) ? to ^ 16 : to);
+    if (board.epSquare) key ^= epKey(static_cast<int>(board.epSquare));
+    return key ^ castlingKey[board.castling] ^ castlingKey[board.castling & castleKeep[from] & castleKeep[to]];
+}
+
 // Plays a generated move. Returns 0 when it is illegal (the board is then unchanged), else the move
 // with its check bits for the side now to move, which also becomes lastMove.
 Move makeMove(Board& board, Move move);

@@ -182,8 +182,10 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
         }
         const Move stored = entry.move & KILLER_MASK;
         if (stored != NO_MOVE && entry.depth >= depth - 2 && !(entry.type == TT_UPPER && nodeType == NODE_PV) &&
-            isValidMove(board, stored))
+            isValidMove(board, stored)) {
             hashMove = stored;
+            tt.prefetchAfter(board, hashMove);
+        }
     }
 
     const int side = static_cast<int>(board.sideToMove);
@@ -232,6 +234,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
         beta <= WON_BOUND - 1 && pieceCount(ownMaterial) > 0) {
         const SavedState saved = saveState(board);
         makeNullMove(board);
+        tt.prefetch(board);
         stats.nullTries.add();
         const uint64_t before = stats.nodes.get() + stats.qnodes.get();
         int v = -alphaBeta(thread, ply + 1, -beta, 1 - beta, depth - NULL_REDUCTION, NO_MOVE, NODE_ALL);
@@ -345,6 +348,8 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
         for (Move* cursor = batch; cursor < picker.end; ++cursor) {
             const Move move = *cursor;
             if (move == NO_MOVE || (move == hashMove && !inCheck)) continue;
+            // The next move's table entry loads while this one is searched.
+            if (cursor + 1 < picker.end && cursor[1] != NO_MOVE) tt.prefetchAfter(board, cursor[1]);
 
             // Step 24. Offer the remaining moves to idle threads once the first move has shown that
             // the node must search them all. With a single search thread no node is deep enough.

@@ -6,6 +6,7 @@
 #include "board/movegen.h"
 #include "board/see.h"
 #include "board/tables.h"
+#include "search/tt.h"
 
 namespace {
 
@@ -182,6 +183,8 @@ Move* Picker::goodCaptures() {
             continue;
         }
         keys[m - moves] = value;
+        // A capture that will be searched: its child's table entry loads while the rest are sorted.
+        tt.prefetchAfter(b, *m);
         ++m;
     }
     selectionSort(moves, keys, static_cast<int>(last - moves));
@@ -215,6 +218,8 @@ Move* Picker::filteredCaptures() {
             continue;
         }
         keys[m - moves] = key;
+        // A capture that will be searched: its child's table entry loads while the rest are sorted.
+        tt.prefetchAfter(b, move);
         ++m;
     }
     selectionSort(moves, keys, static_cast<int>(last - moves));

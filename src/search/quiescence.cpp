@@ -109,6 +109,8 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
             }
         }
         hashMove = entry.move & KILLER_MASK;
+        // The hash move sorts first: its child's entry loads during the evaluation below.
+        if (hashMove != NO_MOVE) tt.prefetchAfter(board, hashMove);
     }
 
     int best = -MATE;
@@ -155,6 +157,8 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
         for (Move* cursor = batch; cursor < picker.end; ++cursor) {
             const Move move = *cursor;
             if (move == NO_MOVE) continue;
+            // The next move's table entry loads while this one is searched.
+            if (cursor + 1 < picker.end && cursor[1] != NO_MOVE) tt.prefetchAfter(board, cursor[1]);
             if (exposesKing(board, kingSquare, moveFrom(move), moveTo(move))) continue;
             const SavedState saved = saveState(board);
             const Move made = makeMove(board, move);

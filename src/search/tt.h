@@ -11,6 +11,7 @@
 #include <cstdint>
 
 #include "board/board.h"
+#include "board/makemove.h"
 #include "board/move.h"
 #include "search/stats.h"
 
@@ -56,6 +57,11 @@ class Tt {
     // Loads the position's bucket into the cache ahead of probe or store; the search calls it right
     // after making a move, before it recurses.
     void prefetch(const Board& board) const { __builtin_prefetch(table + 4 * homeIndex(board)); }
+    // The same for the position a move leads to, before the move is made. The child probes its bucket
+    // right after the move, far too soon for main memory to answer unless asked while the parent works.
+    void prefetchAfter(const Board& board, Move move) const {
+        __builtin_prefetch(table + 4 * homeIndex(keyAfter(board, move), board.sideToMove ^ 1));
+    }
 
     // Percent of the table taken over in this search: the replacements of older entries summed over
     // threads (replacements minus same-age replacements) relative to the number of entries.
@@ -75,9 +81,10 @@ class Tt {
 
     // No side-to-move in the key: the index folds it in instead, so the two sides' positions with
     // the same pieces land in different buckets.
-    uint32_t homeIndex(const Board& board) const {
-        return (lowHalf(board.hash) + 4 * board.sideToMove) & mask;
+    uint32_t homeIndex(uint64_t key, uint32_t sideToMove) const {
+        return (lowHalf(key) + 4 * sideToMove) & mask;
     }
+    uint32_t homeIndex(const Board& board) const { return homeIndex(board.hash, board.sideToMove); }
 };
 
 extern Tt tt;
