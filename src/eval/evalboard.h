@@ -43,14 +43,19 @@ inline void forEachPiece(const Board& board, int colour, int firstSlot, F f) {
 }
 
 // Codes as the squares hold them; off-board squares read as OFF_BOARD and match none of these.
-constexpr uint8_t pawnCode(int colour) {
-    return colour == WHITE ? (WHITE_BIT | WHITE_PAWN_BIT) : (BLACK_BIT | BLACK_PAWN_BIT);
-}
 inline uint8_t codeAt(const Board& board, int square) {
     return pieceCode[board.at(square)];
 }
+
+// Tests on the slot a square holds, which spare the dependent look-up of its code. A colour's slots
+// are the 64 from its base, and its pawns' slots one aligned block of eight within them; empty and
+// off-board squares hold neither colour's.
+static_assert(PAWN_SLOT % 8 == 0 && PAWN_END - PAWN_SLOT == 8);
+constexpr bool slotOfColour(uint8_t slot, int colour) {
+    return (slot & 0xC0) == colourBase(colour);
+}
 inline bool pawnAt(const Board& board, int colour, int square) {
-    return codeAt(board, square) == pawnCode(colour);
+    return (board.at(square) & 0xF8) == colourBase(colour) + PAWN_SLOT;
 }
 inline bool anyPawnAt(const Board& board, int square) {
     return isPawnSlot(board.at(square));

@@ -82,9 +82,9 @@ int evalPieces(const Board& board, const PawnEntry& entry, int side, PieceTerms&
     auto theirs = [&](int square) { return pawnAt(board, enemy, square); };
     // An enemy piece, unless it is a pawn that another enemy pawn defends.
     auto threatTarget = [&](int square) {
-        const uint8_t code = codeAt(board, square);
-        if (!ownsPiece(code, enemy)) return false;
-        if (code != pawnCode(enemy)) return true;
+        const uint8_t slot = board.at(square);
+        if (!slotOfColour(slot, enemy)) return false;
+        if (!isPawnSlot(slot)) return true;
         const int behind = square - pawnStep(enemy);
         return !theirs(behind - 1) && !theirs(behind + 1);
     };
