@@ -115,8 +115,9 @@ void Tt::alloc(int kilobytes) {
 }
 
 void Tt::clear() {
-    age.store(0, std::memory_order_relaxed);
-    for (size_t i = 0; i < size_t(entries) * 4; i++) table[i].store(0, std::memory_order_relaxed);
+    // No search runs now: fresh zero words constructed in place are cleared as one block, where a
+    // store per word took sixteen million atomic stores for the default table.
+    std::uninitialized_value_construct_n(table, size_t(entries) * 4);
     age.store(1, std::memory_order_relaxed);
 }
 
