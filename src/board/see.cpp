@@ -49,24 +49,25 @@ constexpr int PROMOTED_VALUE[8] = {0, 1, 3, 0, 0, 3, 5, 10};
 
 int collectAttackers(SeeAttacker* list, const Board& board, int colour, int square) {
     const int base = colourBase(colour);
+    const uint32_t material = board.material[colour];
     int count = 0;
-    auto add = [&](int from, int value) {
-        if (count < MAX_SEE_ATTACKERS)
-            list[count++] = {static_cast<uint8_t>(from), static_cast<uint8_t>(value)};
-    };
-    for (int first : {QUEEN_SLOT, ROOK_SLOT, BISHOP_SLOT}) {
+    // One kind's list: every entry shares the kind's code and value, and a kind the material word
+    // counts none of (captured pieces stay listed) is not walked at all.
+    auto addKind = [&](int first, uint8_t code, int value) {
         int from;
         for (int slot = base + first; (from = board.pieceSquare[slot]) != NO_SQUARE; ++slot)
-            if (onBoard(from) && (attackMask[square - from] & pieceCode[slot]) &&
-                pathClear(board, square, from))
-                add(from, seeValue[slot & 63]);
-    }
-    int from;
-    for (int slot = base + KNIGHT_SLOT; (from = board.pieceSquare[slot]) != NO_SQUARE; ++slot)
-        if (onBoard(from) && (attackMask[square - from] & KNIGHT_BIT)) add(from, 3);
+            if (onBoard(from) && (attackMask[square - from] & code) &&
+                (code == KNIGHT_BIT || pathClear(board, square, from)) && count < MAX_SEE_ATTACKERS)
+                list[count++] = {static_cast<uint8_t>(from), static_cast<uint8_t>(value)};
+    };
+    if (queenCount(material)) addKind(QUEEN_SLOT, QUEEN_BITS, 10);
+    if (rookCount(material)) addKind(ROOK_SLOT, ROOK_BIT, 5);
+    if (bishopCount(material)) addKind(BISHOP_SLOT, BISHOP_BIT, 3);
+    if (knightCount(material)) addKind(KNIGHT_SLOT, KNIGHT_BIT, 3);
     for (int pawn : {square - pawnStep(colour) - 1, square - pawnStep(colour) + 1}) {
         const uint8_t slot = board.at(pawn);
-        if (isPawnOf(slot, base) && onBoard(board.pieceSquare[slot])) add(pawn, 1);
+        if (isPawnOf(slot, base) && onBoard(board.pieceSquare[slot]) && count < MAX_SEE_ATTACKERS)
+            list[count++] = {static_cast<uint8_t>(pawn), 1};
     }
     return count;
 }
