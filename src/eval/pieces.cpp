@@ -88,16 +88,20 @@ int evalPieces(const Board& board, const PawnEntry& entry, int side, PieceTerms&
         const int behind = square - pawnStep(enemy);
         return !theirs(behind - 1) && !theirs(behind + 1);
     };
+    // The trap patterns below only match a piece on an edge file of the opponent's two back ranks;
+    // testing that first spares the patterns for nearly every piece.
+    auto nearCorner = [&](int square) {
+        return ownRank(side, square) >= 6 && (fileOf(square) == 0 || fileOf(square) == 7);
+    };
     int m = 0, p = 0, q = 0;
 
     // Knights: placement and empty targets scale with the own pawns; threats and outposts do not.
     forEachPiece(board, side, KNIGHT_SLOT, [&](int s) {
         int empty = 0, threats = 0;
         for (int step : KNIGHT_STEPS) {
-            if (isEmpty(board, s + step))
-                ++empty;
-            else if (threatTarget(s + step))
-                ++threats;
+            // Counted without branching on the square: which steps are empty is unpredictable.
+            empty += isEmpty(board, s + step);
+            threats += threatTarget(s + step);  // never an empty square
         }
         q += lookup(KNIGHT_TABLE, side, s) + KNIGHT_EMPTY[empty];
         m += KNIGHT_THREAT[threats];
@@ -106,6 +110,7 @@ int evalPieces(const Board& board, const PawnEntry& entry, int side, PieceTerms&
         if (theirs(s + 3 * dir)) p += lookup(KNIGHT_ADVANCED, side, s);
 
         // Trapped in a corner by pawns of either colour.
+        if (!nearCorner(s)) return;
         auto pawn = [&](int file, int rank) { return anyPawnAt(board, rel(sq(file, rank))); };
         for (int edge : {0, 7}) {
             const int in = edge == 0 ? 1 : -1;  // one file toward the centre
@@ -128,6 +133,7 @@ int evalPieces(const Board& board, const PawnEntry& entry, int side, PieceTerms&
         }
         q += lookup(BISHOP_TABLE, side, s) + BISHOP_RAY[std::min(empty, 15)];
         m += BISHOP_THREAT[threats];
+        if (!nearCorner(s)) return;
         for (int edge : {0, 7}) {
             const int in = edge == 0 ? 1 : -1;
             if ((s == rel(sq(edge, 6)) && anyPawnAt(board, rel(sq(edge + in, 5)))) ||
