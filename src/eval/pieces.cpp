@@ -126,6 +126,8 @@ int evalPieces(const Board& board, const PawnEntry& entry, int side, PieceTerms&
     // Bishops: the empty squares of the four diagonals, the first pieces they meet.
     forEachPiece(board, side, BISHOP_SLOT, [&](int s) {
         int empty = 0, threats = 0;
+        // Unrolled, each direction's scan gets a branch of its own, which predicts better.
+#pragma GCC unroll 4
         for (int step : DIAGONAL_STEPS) {
             int t = s + step;
             for (; isEmpty(board, t); t += step) ++empty;
@@ -150,6 +152,8 @@ int evalPieces(const Board& board, const PawnEntry& entry, int side, PieceTerms&
     int backRank = 0;
     forEachPiece(board, side, ROOK_SLOT, [&](int s) {
         int empty = 0, threats = 0;
+        // Unrolled, each direction's scan gets a branch of its own, which predicts better.
+#pragma GCC unroll 4
         for (int step : STRAIGHT_STEPS) {
             int t = s + step;
             for (; isEmpty(board, t); t += step) ++empty;
