@@ -125,7 +125,12 @@ Move* pieceMoves(const Board& board, Move* list, int firstSlot, const int* steps
                 if (!slides) break;
                 target += step;
             }
-            if (MODE != QUIET && isColour(content, enemy)) *list++ = makeMoveWord(from, target, content);
+            // Written always and kept only for an enemy piece: the test decides no branch, whose outcome
+            // (own piece, enemy or edge at the end of the ray) is too random to predict.
+            if (MODE != QUIET) {
+                *list = makeMoveWord(from, target, content);
+                list += isColour(content, enemy);
+            }
         }
     }
     return list;

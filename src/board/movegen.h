@@ -1,4 +1,5 @@
-// Move generation and attack tests. Generators write Move words from `list` on and return the end.
+// Move generation and attack tests. Generators write Move words from `list` on and return the end; the
+// word just past the end may be overwritten too, which a MoveList always has room for.
 // Pins are resolved while generating; the castling path and the en-passant discovered check are left to
 // makeMove, which refuses such moves. A generator marks pinned pieces on the board while it runs and
 // restores them before it returns, so a board must not be shared while one runs on it.
