@@ -98,6 +98,8 @@ int evalPieces(const Board& board, const PawnEntry& entry, int side, PieceTerms&
     // Knights: placement and empty targets scale with the own pawns; threats and outposts do not.
     forEachPiece(board, side, KNIGHT_SLOT, [&](int s) {
         int empty = 0, threats = 0;
+        // Unrolled, each step gets branches of its own, which predict better.
+#pragma GCC unroll 8
         for (int step : KNIGHT_STEPS) {
             // Counted without branching on the square: which steps are empty is unpredictable.
             empty += isEmpty(board, s + step);
