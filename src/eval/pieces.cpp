@@ -69,13 +69,13 @@ constexpr int sq(int file, int rank) {
     return makeSquare(file, rank);
 }
 
-}  // namespace
-
-int evalPieces(const Board& board, const PawnEntry& entry, int side, PieceTerms& terms) {
-    const int enemy = side ^ 1;
-    const int dir = pawnStep(side);
+// One instance per colour, so that the side-relative steps, ranks and slot tests fold to constants.
+template <int side>
+int piecesOf(const Board& board, const PawnEntry& entry, PieceTerms& terms) {
+    constexpr int enemy = side ^ 1;
+    constexpr int dir = pawnStep(side);
     const int enemyKing = board.kingSquare(enemy);
-    const uint8_t ownBit = colourBit(side);
+    constexpr uint8_t ownBit = colourBit(side);
     // White's pattern squares mirrored for Black.
     auto rel = [&](int square) { return side == WHITE ? square : flipSquare(square); };
     auto own = [&](int square) { return pawnAt(board, side, square); };
@@ -203,4 +203,10 @@ int evalPieces(const Board& board, const PawnEntry& entry, int side, PieceTerms&
     p += 2 * BACK_RANK[std::min(backRank, 7)];
     terms = {m, p, q};
     return m + p + q;
+}
+
+}  // namespace
+
+int evalPieces(const Board& board, const PawnEntry& entry, int side, PieceTerms& terms) {
+    return side == WHITE ? piecesOf<WHITE>(board, entry, terms) : piecesOf<BLACK>(board, entry, terms);
 }
