@@ -110,7 +110,7 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
         }
         hashMove = entry.move & KILLER_MASK;
         // The hash move sorts first: its child's entry loads during the evaluation below.
-        if (hashMove != NO_MOVE) tt.prefetchAfter(board, hashMove);
+        if (hashMove != NO_MOVE) tt.prefetch(keyAfter(board, hashMove), board.sideToMove ^ 1);
     }
 
     int best = -MATE;
@@ -158,7 +158,8 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
             const Move move = *cursor;
             if (move == NO_MOVE) continue;
             // The next move's table entry loads while this one is searched.
-            if (cursor + 1 < picker.end && cursor[1] != NO_MOVE) tt.prefetchAfter(board, cursor[1]);
+            if (cursor + 1 < picker.end && cursor[1] != NO_MOVE)
+                tt.prefetch(keyAfter(board, cursor[1]), board.sideToMove ^ 1);
             if (exposesKing(board, kingSquare, moveFrom(move), moveTo(move))) continue;
             const SavedState saved = saveState(board);
             const Move made = makeMove(board, move);
