@@ -53,9 +53,10 @@ bool pathEmpty(const Board& board, int from, int to) {
 
 // The storm of the enemy pawns on each file: the pawns that threaten to open a file around side's king,
 // from side's view (0 or negative). Only the files set in `files` are counted; the others stay 0.
-void countStorm(const Board& board, int side, unsigned files, int storm[8]) {
-    const int enemy = side ^ 1;
-    const int back = pawnStep(enemy);  // the enemy pawn's forward step
+template <int side>
+void countStorm(const Board& board, unsigned files, int storm[8]) {
+    constexpr int enemy = side ^ 1;
+    constexpr int back = pawnStep(enemy);  // the enemy pawn's forward step
     forEachPiece(board, enemy, PAWN_SLOT, [&](int p) {
         const int file = fileOf(p);
         if (!((files >> file) & 1)) return;
@@ -71,10 +72,11 @@ unsigned stormFiles(int king) {
 
 // The pawn shelter for side's king as if it stood on king, in sixteenths of a point; storm holds the
 // enemy pawns' storm by file (countStorm) for at least the files this square reads.
-int evalKingShelter(const Board& board, const PawnEntry& entry, int side, int king, const int storm[8]) {
-    const int enemy = side ^ 1;
+template <int side>
+int evalKingShelter(const Board& board, const PawnEntry& entry, int king, const int storm[8]) {
+    constexpr int enemy = side ^ 1;
     const int e = fileOf(king) < 4 ? -1 : 1;
-    const int fwd = pawnStep(side);
+    constexpr int fwd = pawnStep(side);
     const int file = fileOf(king);
     int points = 0;
 
@@ -111,10 +113,11 @@ int evalKingShelter(const Board& board, const PawnEntry& entry, int side, int ki
     return points * 16;
 }
 
-}  // namespace
-
-int evalKingAttack(const Board& board, int side) {
-    const int enemy = side ^ 1;
+// The king terms, one instance per colour so that the side-relative steps, ranks and slot tests fold to
+// constants.
+template <int side>
+int attackOn(const Board& board) {
+    constexpr int enemy = side ^ 1;
     const int king = board.kingSquare(side);
     int count = 0, weight = 0;
 
@@ -169,14 +172,15 @@ int evalKingAttack(const Board& board, int side) {
     return weight * -12 * ATTACKER_SCALE[std::min(count, 15)] / 256;
 }
 
-int evalKing(const Board& board, const PawnEntry& entry, int side) {
-    const int enemy = side ^ 1;
+template <int side>
+int kingOf(const Board& board, const PawnEntry& entry) {
+    constexpr int enemy = side ^ 1;
     const int king = board.kingSquare(side);
     const int u = static_cast<int>(board.material[enemy] & 255);
 
     if (u > 13) {
         // Step 1. Safety: the attack, and the better of the present shelter and the one castling gives.
-        const int attack = evalKingAttack(board, side);
+        const int attack = attackOn<side>(board);
         const bool canShort = board.castling & (WHITE_SHORT << side);
         const bool canLong = board.castling & (WHITE_LONG << side);
         // One walk over the enemy pawns serves the shelters of all the squares weighed.
@@ -184,16 +188,18 @@ int evalKing(const Board& board, const PawnEntry& entry, int side) {
         if (canShort) files |= stormFiles(king + 2);
         if (canLong) files |= stormFiles(king - 3);
         int storm[8] = {};
-        countStorm(board, side, files, storm);
-        const int s0 = evalKingShelter(board, entry, side, king, storm);
+        countStorm<side>(board, files, storm);
+        const int s0 = evalKingShelter<side>(board, entry, king, storm);
         int s1 = s0, s2 = s0;
         if (canShort) {
-            int sK = evalKingShelter(board, entry, side, king + 2, storm) - (isEmpty(board, king + 1) ? 24 : 36);
+            int sK =
+                evalKingShelter<side>(board, entry, king + 2, storm) - (isEmpty(board, king + 1) ? 24 : 36);
             if (!isEmpty(board, king + 2)) sK -= 12;
             s1 = std::max(s0, sK);
         }
         if (canLong) {
-            int sQ = evalKingShelter(board, entry, side, king - 3, storm) - (isEmpty(board, king - 1) ? 24 : 36);
+            int sQ =
+                evalKingShelter<side>(board, entry, king - 3, storm) - (isEmpty(board, king - 1) ? 24 : 36);
             if (!isEmpty(board, king - 2)) sQ -= 12;
             if (!isEmpty(board, king - 3)) sQ -= 12;
             s2 = std::max(s0, sQ);
@@ -216,4 +222,14 @@ int evalKing(const Board& board, const PawnEntry& entry, int side) {
     int value = lookup(KING_ENDGAME, side, king) * KING_END_BY_PAWNS[pawns] * KING_END_BY_UNITS[u] / 256;
     if (queenCount(board.material[enemy])) value /= 4;
     return value;
+}
+
+}  // namespace
+
+int evalKingAttack(const Board& board, int side) {
+    return side == WHITE ? attackOn<WHITE>(board) : attackOn<BLACK>(board);
+}
+
+int evalKing(const Board& board, const PawnEntry& entry, int side) {
+    return side == WHITE ? kingOf<WHITE>(board, entry) : kingOf<BLACK>(board, entry);
 }
