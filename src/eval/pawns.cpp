@@ -147,11 +147,11 @@ bool anyPawnOnLine(const Board& board, int from, int step) {
     return false;
 }
 
-}  // namespace
-
-void evalPawnSide(const Board& board, int side, PawnBlock& block, int& mg, int& eg) {
-    const int enemy = side ^ 1;
-    const int dir = pawnStep(side);
+// One instance per colour, so that the side-relative steps, ranks and slot tests fold to constants.
+template <int side>
+void pawnSideOf(const Board& board, PawnBlock& block, int& mg, int& eg) {
+    constexpr int enemy = side ^ 1;
+    constexpr int dir = pawnStep(side);
     block = PawnBlock{};
     block.pawnFreeFiles = 0xFF;
     forEachPiece(board, side, PAWN_SLOT, [&](int s) {
@@ -239,6 +239,15 @@ void evalPawnSide(const Board& board, int side, PawnBlock& block, int& mg, int& 
             eg -= 4;
         }
     });
+}
+
+}  // namespace
+
+void evalPawnSide(const Board& board, int side, PawnBlock& block, int& mg, int& eg) {
+    if (side == WHITE)
+        pawnSideOf<WHITE>(board, block, mg, eg);
+    else
+        pawnSideOf<BLACK>(board, block, mg, eg);
 }
 
 int evalPassedDynamic(Board& board, const PawnBlock& block, int side) {
