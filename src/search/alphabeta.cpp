@@ -349,8 +349,10 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
             const Move move = *cursor;
             if (move == NO_MOVE || (move == hashMove && !inCheck)) continue;
             // The next move's table entry loads while this one is searched (futility skips most moves
-            // unsearched, and their entries are not worth the key).
-            if (!futilityPruning && cursor + 1 < picker.end && cursor[1] != NO_MOVE)
+            // unsearched, and their entries are not worth the key); the picker asked for the good
+            // captures' entries already.
+            if (!futilityPruning && stage != PICK_GOOD_CAPTURES && cursor + 1 < picker.end &&
+                cursor[1] != NO_MOVE)
                 tt.prefetch(keyAfter(board, cursor[1]), board.sideToMove ^ 1);
 
             // Step 24. Offer the remaining moves to idle threads once the first move has shown that

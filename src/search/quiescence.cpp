@@ -157,8 +157,10 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
         for (Move* cursor = batch; cursor < picker.end; ++cursor) {
             const Move move = *cursor;
             if (move == NO_MOVE) continue;
-            // The next move's table entry loads while this one is searched.
-            if (cursor + 1 < picker.end && cursor[1] != NO_MOVE)
+            // The next move's table entry loads while this one is searched; the picker asked for the
+            // captures' entries already.
+            if (picker.stage != PICK_QUIESCENCE_CAPTURES && cursor + 1 < picker.end &&
+                cursor[1] != NO_MOVE)
                 tt.prefetch(keyAfter(board, cursor[1]), board.sideToMove ^ 1);
             if (exposesKing(board, kingSquare, moveFrom(move), moveTo(move))) continue;
             const SavedState saved = saveState(board);
