@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
+#include <vector>
 #include <cstdlib>
 #include <filesystem>
 
@@ -138,10 +139,25 @@ EngineRun runEngine(const std::vector<std::string>& args, const std::string& inp
     return {engine.output(), code};
 }
 
+namespace {
+
+// Scratch directories live as long as the test process: each test runs in a process of its own.
+struct ScratchDirectories {
+    std::vector<std::string> paths;
+    ~ScratchDirectories() {
+        std::error_code ignored;
+        for (const std::string& path : paths) std::filesystem::remove_all(path, ignored);
+    }
+};
+
+}  // namespace
+
 std::string scratchDirectory(const std::string& name) {
+    static ScratchDirectories created;
     std::string path = testing::TempDir() + "kelvra_" + std::to_string(getpid()) + "_" + name;
     std::filesystem::remove_all(path);
     std::filesystem::create_directories(path);
+    created.paths.push_back(path);
     return path;
 }
 

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <string>
 
 namespace {
@@ -22,7 +23,10 @@ class Mkdirs : public testing::Test {
         ASSERT_EQ(mkdir(root.c_str(), 0777), 0);
         ASSERT_NE(getcwd(previous, sizeof previous), nullptr);
     }
-    void TearDown() override { ASSERT_EQ(chdir(previous), 0); }
+    void TearDown() override {
+        ASSERT_EQ(chdir(previous), 0);
+        std::filesystem::remove_all(root);
+    }
 
     std::string trace(const std::string& path, bool expected) {
         testing::internal::CaptureStdout();

@@ -24,7 +24,9 @@ std::string writeFile(const std::string& content) {
 }
 
 std::vector<std::string> readAll(const std::string& content) {
-    Textfile file(writeFile(content).c_str());
+    const std::string path = writeFile(content);
+    Textfile file(path.c_str());
+    std::remove(path.c_str());  // the open file stays readable
     EXPECT_TRUE(file.isOpen());
     std::vector<std::string> lines;
     while (const char* line = file.readline()) lines.push_back(line);
