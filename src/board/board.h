@@ -65,6 +65,13 @@ constexpr bool isSliderSlot(int slot) {
 constexpr bool isPawnSlot(int slot) {
     return (slot & 56) == 8;
 }
+// Whether a raw slot belongs to the colour with this base (empty and off-board belong to neither).
+constexpr bool isColour(uint8_t slot, int base) {
+    return (slot & 0xC0) == base;
+}
+constexpr bool isPawnOf(uint8_t slot, int base) {
+    return static_cast<unsigned>(slot - (base + PAWN_SLOT)) < 8;
+}
 
 // Kinds as indexes into PIECE_LETTERS; promotion kinds in a move word use the same numbers.
 constexpr int PAWN = 1;

@@ -9,13 +9,6 @@ namespace movegen {
 
 enum Mode { ALL, CAPTURES, QUIET, SET_ASIDE_ONLY };
 
-// Whether a raw slot belongs to the colour with this base (empty and off-board belong to neither).
-constexpr bool isColour(uint8_t slot, int base) {
-    return (slot & 0xC0) == base;
-}
-constexpr bool isPawnOf(uint8_t slot, int base) {
-    return static_cast<unsigned>(slot - (base + PAWN_SLOT)) < 8;
-}
 // Ranks 1 and 8 in one unsigned comparison.
 constexpr bool isPromotionTarget(int square) {
     return static_cast<unsigned>(square - 8) > 102;

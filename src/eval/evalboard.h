@@ -47,15 +47,9 @@ inline uint8_t codeAt(const Board& board, int square) {
     return pieceCode[board.at(square)];
 }
 
-// Tests on the slot a square holds, which spare the dependent look-up of its code. A colour's slots
-// are the 64 from its base, and its pawns' slots one aligned block of eight within them; empty and
-// off-board squares hold neither colour's.
-static_assert(PAWN_SLOT % 8 == 0 && PAWN_END - PAWN_SLOT == 8);
-constexpr bool slotOfColour(uint8_t slot, int colour) {
-    return (slot & 0xC0) == colourBase(colour);
-}
+// Tested on the slot a square holds, which spares the dependent look-up of its code.
 inline bool pawnAt(const Board& board, int colour, int square) {
-    return (board.at(square) & 0xF8) == colourBase(colour) + PAWN_SLOT;
+    return isPawnOf(board.at(square), colourBase(colour));
 }
 inline bool anyPawnAt(const Board& board, int square) {
     return isPawnSlot(board.at(square));

@@ -83,7 +83,7 @@ int piecesOf(const Board& board, const PawnEntry& entry, PieceTerms& terms) {
     // An enemy piece, unless it is a pawn that another enemy pawn defends.
     auto threatTarget = [&](int square) {
         const uint8_t slot = board.at(square);
-        if (!slotOfColour(slot, enemy)) return false;
+        if (!isColour(slot, colourBase(enemy))) return false;
         if (!isPawnSlot(slot)) return true;
         const int behind = square - pawnStep(enemy);
         return !theirs(behind - 1) && !theirs(behind + 1);

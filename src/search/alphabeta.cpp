@@ -184,7 +184,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
         if (stored != NO_MOVE && entry.depth >= depth - 2 && !(entry.type == TT_UPPER && nodeType == NODE_PV) &&
             isValidMove(board, stored)) {
             hashMove = stored;
-            tt.prefetch(keyAfter(board, hashMove), board.sideToMove ^ 1);
+            tt.prefetchAfter(board, hashMove);
         }
     }
 
@@ -353,7 +353,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
             // captures' entries already.
             if (!futilityPruning && stage != PICK_GOOD_CAPTURES && cursor + 1 < picker.end &&
                 cursor[1] != NO_MOVE)
-                tt.prefetch(keyAfter(board, cursor[1]), board.sideToMove ^ 1);
+                tt.prefetchAfter(board, cursor[1]);
 
             // Step 24. Offer the remaining moves to idle threads once the first move has shown that
             // the node must search them all. With a single search thread no node is deep enough.

@@ -184,7 +184,7 @@ Move* Picker::goodCaptures() {
         }
         keys[m - moves] = value;
         // A capture that will be searched: its child's table entry loads while the rest are sorted.
-        tt.prefetch(keyAfter(b, *m), side ^ 1);
+        tt.prefetchAfter(b, *m);
         ++m;
     }
     selectionSort(moves, keys, static_cast<int>(last - moves));
@@ -219,7 +219,7 @@ Move* Picker::filteredCaptures() {
         }
         keys[m - moves] = key;
         // A capture that will be searched: its child's table entry loads while the rest are sorted.
-        tt.prefetch(keyAfter(b, move), side ^ 1);
+        tt.prefetchAfter(b, move);
         ++m;
     }
     selectionSort(moves, keys, static_cast<int>(last - moves));

@@ -110,7 +110,7 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
         }
         hashMove = entry.move & KILLER_MASK;
         // The hash move sorts first: its child's entry loads during the evaluation below.
-        if (hashMove != NO_MOVE) tt.prefetch(keyAfter(board, hashMove), board.sideToMove ^ 1);
+        if (hashMove != NO_MOVE) tt.prefetchAfter(board, hashMove);
     }
 
     int best = -MATE;
@@ -161,7 +161,7 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
             // captures' entries already.
             if (picker.stage != PICK_QUIESCENCE_CAPTURES && cursor + 1 < picker.end &&
                 cursor[1] != NO_MOVE)
-                tt.prefetch(keyAfter(board, cursor[1]), board.sideToMove ^ 1);
+                tt.prefetchAfter(board, cursor[1]);
             if (exposesKing(board, kingSquare, moveFrom(move), moveTo(move))) continue;
             const SavedState saved = saveState(board);
             const Move made = makeMove(board, move);
