@@ -44,22 +44,29 @@ struct SearchOutcome {
     int finishes;
 };
 
-// Searches fen on the search thread's own stack, synchronously, from an empty table.
-inline SearchOutcome searchPosition(const char* fen, int maxDepth, int moveTimeMs, bool clearTable = true) {
-    EXPECT_TRUE(gameBoard.setFen(fen)) << fen;
-    if (clearTable) tt.clear();
+// Searches the game board as it stands on the search thread's own stack, synchronously; echoLines
+// prints the search's lines on the standard output.
+inline SearchOutcome searchGameBoard(int maxDepth, int moveTimeMs, bool echoLines = false) {
     RecordingListener listener;
     searchThread.listener = &listener;
     searchThread.printStatistics = false;
-    searchThread.echoLines = false;
+    searchThread.echoLines = echoLines;
     searchThread.maxDepth = maxDepth;
     timeControl.infinite.store(false);
     timeControl.setMoveTime(moveTimeMs);
     searchThread.startSearch(true);
     searchThread.listener = nullptr;
+    searchThread.echoLines = false;
     char text[MOVE_TEXT_SIZE];
     moveToText(gameBoard, text, listener.best);
     return {listener.best, listener.score, listener.depth, searchThread.endingReason, text, listener.finishes};
+}
+
+// Searches fen like searchGameBoard, from an empty table.
+inline SearchOutcome searchPosition(const char* fen, int maxDepth, int moveTimeMs, bool clearTable = true) {
+    EXPECT_TRUE(gameBoard.setFen(fen)) << fen;
+    if (clearTable) tt.clear();
+    return searchGameBoard(maxDepth, moveTimeMs);
 }
 
 // Whether move is one of the legal moves of the game board.

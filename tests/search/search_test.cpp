@@ -169,20 +169,10 @@ TEST(Search, UnconfirmedFailHighKeepsTheBestMove) {
     tt.store(scratch, after, fake);
 
     testing::internal::CaptureStdout();
-    searchThread.echoLines = true;
-    RecordingListener listener;
-    searchThread.listener = &listener;
-    searchThread.maxDepth = 3;
-    timeControl.infinite.store(false);
-    timeControl.setMoveTime(20000);
-    searchThread.startSearch(true);
-    searchThread.echoLines = false;
-    searchThread.listener = nullptr;
+    const SearchOutcome found = searchGameBoard(3, 20000, true);
     const std::string output = testing::internal::GetCapturedStdout();
 
-    char text[MOVE_TEXT_SIZE];
-    moveToText(gameBoard, text, listener.best);
-    EXPECT_STREQ(text, "Rd1xd8+");
+    EXPECT_EQ(found.bestText, "Rd1xd8+");
     EXPECT_NE(output.find("h2h3 ++"), std::string::npos) << output;
     EXPECT_NE(output.find("h2h3 --"), std::string::npos) << output;
 }
@@ -248,16 +238,10 @@ TEST(Search, GamesLongerThanTheHistoryAreSearchedOnItsRecentPlies) {
         ASSERT_NE(made, NO_MOVE);
         gameBoard.lastMove = made;
     }
-    RecordingListener listener;
-    searchThread.listener = &listener;
-    searchThread.maxDepth = 6;
-    timeControl.infinite.store(false);
-    timeControl.setMoveTime(20000);
-    searchThread.startSearch(true);
-    searchThread.listener = nullptr;
-    EXPECT_TRUE(isLegalHere(listener.best));
+    const SearchOutcome found = searchGameBoard(6, 20000);
+    EXPECT_TRUE(isLegalHere(found.best));
     // The fifty-move rule has long struck: every line is a draw.
-    EXPECT_EQ(listener.score, 0);
+    EXPECT_EQ(found.score, 0);
 }
 
 TEST(SearchReport, CountsShrinkToFiveDigitsWithAUnit) {
