@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <thread>
 
 #include "board/makemove.h"
 #include "frontend/util/log.h"
@@ -30,9 +29,10 @@ struct WorkerSlot {
 
 // The global split state. Never destroyed: workers sleep on its events until the process ends.
 struct SplitState {
-    std::atomic<int> lock{0};
+    SpinLock lock;
     std::atomic<int> idleCount{0};
     std::atomic<int> threadsInUse{1};
+    std::atomic<bool> oversubscribed{false};  // more search threads than processors
     std::atomic<bool> searchDone{true};  // sends the workers back to sleep
     // The position the search starts from, written only while every worker sleeps.
     Board root;
@@ -45,24 +45,6 @@ SplitState& smp = *new SplitState;
 
 void addMs(std::atomic<uint32_t>& counter, uint32_t ms) { counter.fetch_add(ms, std::memory_order_relaxed); }
 
-// One round of a busy wait: a short pause first, then giving the core away, since more threads may
-// spin than there are cores.
-void pause(int& round) {
-    if (++round < 4096) {
-#if defined(__x86_64__) || defined(__i386__)
-        __builtin_ia32_pause();
-#endif
-        return;
-    }
-    std::this_thread::yield();
-}
-
-void takeSplitLock() {
-    for (int round = 0; smp.lock.exchange(1, std::memory_order_acquire);)
-        while (smp.lock.load(std::memory_order_relaxed)) pause(round);
-}
-
-void releaseSplitLock() { smp.lock.store(0, std::memory_order_release); }
 
 // Whether `target` is `from` or lies on its parent chain. Chains are at most eight split points per
 // thread deep; the bound only guards against a chain that is being rebuilt.
@@ -81,16 +63,16 @@ bool cutoffOnChain(const SplitPoint* from) {
 // Under the split lock: the thread leaves `left` (null for the owner, which is not counted as a
 // helper) and works under `back` again. A stop raised by a fail high below back is over for it.
 void leave(SearchThread& thread, SplitPoint* left, SplitPoint* back) {
-    takeSplitLock();
+    smp.lock.lock();
     if (left) left->working.fetch_sub(1, std::memory_order_relaxed);
     smp.slots[thread.slot].current.store(back);
     if (!cutoffOnChain(back)) thread.stop.fetch_and(~STOP_CUTOFF);
-    releaseSplitLock();
+    smp.lock.unlock();
 }
 
 // A move at sp reached beta: every other thread working at or below sp stops. Under sp's lock.
 void stopHelpers(SearchThread& finder, SplitPoint& sp) {
-    takeSplitLock();
+    smp.lock.lock();
     sp.cutoff.store(true);
     uint32_t stopped = 0;
     for (int i = 0; i < MAX_THREADS; ++i) {
@@ -98,7 +80,7 @@ void stopHelpers(SearchThread& finder, SplitPoint& sp) {
         searchThreads[i].stop.fetch_or(STOP_CUTOFF);
         ++stopped;
     }
-    releaseSplitLock();
+    smp.lock.unlock();
     smp.slots[finder.slot].kills.fetch_add(stopped, std::memory_order_relaxed);
 }
 
@@ -110,7 +92,7 @@ void searchSplitPoint(SearchThread& thread, SplitPoint& sp) {
         Move move;
         int stage, alpha, nodeType;
         {
-            std::lock_guard<std::mutex> guard(sp.lock);
+            std::lock_guard<SpinLock> guard(sp.lock);
             if (sp.cutoff.load(std::memory_order_relaxed) || sp.next >= sp.moveCount) return;
             move = sp.moves[sp.next];
             stage = sp.stages[sp.next];
@@ -124,7 +106,7 @@ void searchSplitPoint(SearchThread& thread, SplitPoint& sp) {
             thread.stop.load(std::memory_order_relaxed))
             continue;
 
-        std::lock_guard<std::mutex> guard(sp.lock);
+        std::lock_guard<SpinLock> guard(sp.lock);
         if (sp.nodeType == NODE_CUT) sp.nodeType = NODE_ALL;
         if (v <= sp.best || sp.cutoff.load(std::memory_order_relaxed)) continue;
         sp.best = v;
@@ -145,7 +127,7 @@ void searchSplitPoint(SearchThread& thread, SplitPoint& sp) {
 
 template <typename Done>
 void spinUntil(Done done) {
-    for (int round = 0; !done();) pause(round);
+    for (int round = 0; !done();) spinPause(round, smp.oversubscribed.load(std::memory_order_relaxed));
 }
 
 // Joins sp: replays the moves from the position the thread stands on to the split node (a thread
@@ -191,20 +173,20 @@ void join(SearchThread& thread, SplitPoint& sp, SplitPoint* back) {
 void waitForHelpers(SearchThread& thread, SplitPoint& sp) {
     WorkerSlot& self = smp.slots[thread.slot];
     for (;;) {
-        takeSplitLock();
+        smp.lock.lock();
         SplitPoint* current = self.current.load();
         if (current != &sp) {
-            releaseSplitLock();
+            smp.lock.unlock();
             join(thread, *current, &sp);
             continue;
         }
         if (sp.working.load() == 1) {
             if (self.waiting.exchange(false)) smp.idleCount.fetch_sub(1);
-            releaseSplitLock();
+            smp.lock.unlock();
             return;
         }
         if (!self.waiting.exchange(true)) smp.idleCount.fetch_add(1);
-        releaseSplitLock();
+        smp.lock.unlock();
         const uint32_t start = platform::getTickCount();
         spinUntil([&] { return sp.working.load() == 1 || self.current.load() != &sp; });
         thread.stats.splitWaitMs.add(platform::getTickCount() - start);
@@ -255,10 +237,10 @@ void workerLoop(int i) {
 
             // Step 4.
             const uint32_t start = platform::getTickCount();
-            takeSplitLock();
+            smp.lock.lock();
             self.waiting.store(true);
             smp.idleCount.fetch_add(1);
-            releaseSplitLock();
+            smp.lock.unlock();
 
             // Step 5.
             spinUntil([&] {
@@ -269,10 +251,10 @@ void workerLoop(int i) {
 
             // Step 6. A slot taken at the moment it was stopped still joins: its split point counts
             // on it to leave.
-            takeSplitLock();
+            smp.lock.lock();
             SplitPoint* sp = self.current.load();
             if (!sp && self.waiting.exchange(false)) smp.idleCount.fetch_sub(1);
-            releaseSplitLock();
+            smp.lock.unlock();
             if (sp) join(thread, *sp, nullptr);
         }
     }
@@ -288,6 +270,7 @@ void setThreads(int count) {
     }
     count = std::min(count, MAX_THREADS);
     smp.threadsInUse.store(count);
+    smp.oversubscribed.store(count > static_cast<int>(platform::processorCount()));
     if (count == 1) {
         log.info("started %i new worker threads\n", 0);
         return;
@@ -336,11 +319,11 @@ void stopAllThreads() {
 int trySplit(SearchThread& thread, SplitPoint& sp) {
     // Step 1.
     if (smp.idleCount.load(std::memory_order_relaxed) == 0) return 0;
-    if (smp.lock.exchange(1, std::memory_order_acquire)) return 0;
+    if (!smp.lock.try_lock()) return 0;
 
     // Step 2.
     if (thread.stop.load()) {
-        releaseSplitLock();
+        smp.lock.unlock();
         return 0;
     }
 
@@ -370,13 +353,13 @@ int trySplit(SearchThread& thread, SplitPoint& sp) {
 
     // Step 5.
     if (taken == 0) {
-        releaseSplitLock();
+        smp.lock.unlock();
         return 0;
     }
     smp.idleCount.fetch_sub(taken);
     self.current.store(&sp);
     sp.working.store(taken + 1);
-    releaseSplitLock();
+    smp.lock.unlock();
     return 1;
 }
 
@@ -389,7 +372,7 @@ bool splitNode(SearchThread& thread, const NodeState& node, int nodeType, Picker
     sp.pathLength = node.ply;
     std::copy(thread.board.moves + smp.rootPly, thread.board.moves + smp.rootPly + node.ply, sp.path);
     {
-        std::lock_guard<std::mutex> guard(sp.lock);
+        std::lock_guard<SpinLock> guard(sp.lock);
         sp.next = 0;
         sp.moveCount = 0;
         sp.nodeType = nodeType;
@@ -411,7 +394,7 @@ bool splitNode(SearchThread& thread, const NodeState& node, int nodeType, Picker
     --thread.activeSplits;
     leave(thread, nullptr, sp.parent.load());
 
-    std::lock_guard<std::mutex> guard(sp.lock);
+    std::lock_guard<SpinLock> guard(sp.lock);
     outcome = {sp.alpha, sp.best, sp.bestMove, sp.cutMove, sp.cutStage};
     if (sp.lineChanged) std::copy(sp.line, sp.line + MAX_PLY, thread.pv[node.ply]);
     sp.state.store(SPLIT_FREE);

@@ -7,7 +7,7 @@
 //    working count and cutoff flag. These are atomics, so a thread may spin on them without the lock;
 //    it changes them only while holding it. A splitting thread tries the lock once and gives up when
 //    it is held; everyone else spins for it.
-// 2. A split point's own mutex guards what its threads share while they search it: the next move to
+// 2. A split point's own lock guards what its threads share while they search it: the next move to
 //    hand out, alpha, the best score and move, the node type and the line. A thread holding it may
 //    take the split lock (to stop the others on a fail high); the reverse order is never used.
 // 3. Fixed from the moment trySplit offers the split point until its last helper has left: the node
@@ -20,11 +20,11 @@
 
 #include <atomic>
 #include <cstdint>
-#include <mutex>
 
 #include "board/move.h"
 #include "search/movesearch.h"
 #include "search/score.h"
+#include "search/spinlock.h"
 
 constexpr int STOP_SEARCH = 1;
 constexpr int STOP_CUTOFF = 2;
@@ -58,7 +58,7 @@ struct SplitPoint {
     uint8_t stages[SPLIT_MOVES];  // the picker stage each move came from
 
     // Rule 2.
-    std::mutex lock;
+    SpinLock lock;
     int next = 0;  // moves handed out
     int nodeType = NODE_PV;
     std::atomic<int> alpha{0};  // also read without the lock, by a re-search that wants the latest value
