@@ -34,6 +34,19 @@ inline uint64_t keyAfter(const Board& board, Move move) {
     return key ^ castlingKey[board.castling] ^ castlingKey[board.castling & castleKeep[from] & castleKeep[to]];
 }
 
+// The pawn key the position will have after a generated move, except after a promotion: what the
+// search needs to fetch the child's pawn-table entry early.
+inline uint64_t pawnKeyAfter(const Board& board, Move move) {
+    const int from = moveFrom(move);
+    const int to = moveTo(move);
+    const uint8_t slot = board.at(from);
+    uint64_t key = board.pawnHash;
+    if (isPawnSlot(slot)) key ^= pieceKey(slot, from) ^ pieceKey(slot, to);
+    if (const int captured = capturedSlot(move); isPawnSlot(captured))
+        key ^= pieceKey(captured, (move & MOVE_EN_PASSANT) ? to ^ 16 : to);
+    return key;
+}
+
 // Plays a generated move. Returns 0 when it is illegal (the board is then unchanged), else the move
 // with its check bits for the side now to move, which also becomes lastMove.
 Move makeMove(Board& board, Move move);

@@ -2,19 +2,21 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+
+#include "platform/platform.h"
 
 PawnHash::PawnHash() {
-    entries = static_cast<PawnEntry*>(std::aligned_alloc(128, PAWN_HASH_BYTES));
+    // One huge page where the system offers them: on small pages nearly every probe of a new
+    // structure also missed the address cache and waited for a page walk.
+    entries = static_cast<PawnEntry*>(platform::allocLarge(PAWN_HASH_BYTES));
     if (!entries) {
         std::fprintf(stderr, "failed to allocate %u bytes for pawnhash\n", PAWN_HASH_BYTES);
         std::abort();
     }
-    std::memset(entries, 0, PAWN_HASH_BYTES);
     // A pawn key whose high half is 0 must not hit the zeroed entry 0 before anything was stored.
     entries[0].check = 1;
 }
 
 PawnHash::~PawnHash() {
-    std::free(entries);
+    platform::freeLarge(entries);
 }

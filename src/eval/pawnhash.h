@@ -34,6 +34,7 @@ class PawnHash {
 
     // The entry a pawn key indexes (low 16 bits of its low half); it may hold another structure.
     PawnEntry& slot(uint64_t pawnKey) { return entries[pawnKey & (PAWN_HASH_ENTRIES - 1)]; }
+    void prefetch(uint64_t pawnKey) const { __builtin_prefetch(entries + (pawnKey & (PAWN_HASH_ENTRIES - 1))); }
 
   private:
     PawnEntry* entries;

@@ -296,6 +296,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
     // Step 17 is applied to every move: moveExtension.
     // Step 18. The hash move first, made inline before any move is generated.
     if (hashMove != NO_MOVE && !inCheck) {
+        thread.eval.pawnHash.prefetch(pawnKeyAfter(board, hashMove));
         const SavedState saved = saveState(board);
         if (const Move made = makeMove(board, hashMove)) {
             tt.prefetch(board);
@@ -456,6 +457,8 @@ MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType
     const bool passedPush = node.futilityPruning && isPawnSlot(board.at(moveFrom(move))) &&
                             (passedPawnFiles(thread, side) & (1 << fileOf(moveFrom(move))));
 
+    // The child's pawn entry loads while the move is made; futility skips most moves unsearched.
+    if (!node.futilityPruning) thread.eval.pawnHash.prefetch(pawnKeyAfter(board, move));
     const SavedState saved = saveState(board);
     made = makeMove(board, move);
     if (made == NO_MOVE) return MoveOutcome::ILLEGAL;
