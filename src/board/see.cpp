@@ -26,7 +26,7 @@ struct Attackers {
 
 // The first piece behind `square` seen from `to`, if it belongs to colour and attacks `to` along that
 // line, joins the list.
-void addXray(const Board& board, Attackers& list, int colour, int to, int square) {
+[[gnu::always_inline]] inline void addXray(const Board& board, Attackers& list, int colour, int to, int square) {
     const int step = direction[square - to];
     if (!step) return;
     int behind = square + step;
@@ -42,18 +42,16 @@ bool kingBeside(const Board& board, int colour, int square) {
     return (attackMask[square - board.kingSquare(colour)] & KING_BIT) != 0;
 }
 
-// SEE value of the piece a promotion puts on the board, by promotion kind.
-constexpr int PROMOTED_VALUE[8] = {0, 1, 3, 0, 0, 3, 5, 10};
-
-}  // namespace
-
-int collectAttackers(SeeAttacker* list, const Board& board, int colour, int square) {
-    const int base = colourBase(colour);
+// One instance per colour, inlined into the exchange (the kinds' walks too): the calls and the colour's
+// base and pawn step cost about as much as the walks themselves.
+template <int colour>
+[[gnu::always_inline]] inline int attackersOf(SeeAttacker* list, const Board& board, int square) {
+    constexpr int base = colourBase(colour);
     const uint32_t material = board.material[colour];
     int count = 0;
     // One kind's list: every entry shares the kind's code and value, and a kind the material word
     // counts none of (captured pieces stay listed) is not walked at all.
-    auto addKind = [&](int first, uint8_t code, int value) {
+    auto addKind = [&](int first, uint8_t code, int value) __attribute__((always_inline)) {
         int from;
         for (int slot = base + first; (from = board.pieceSquare[slot]) != NO_SQUARE; ++slot)
             if (onBoard(from) && (attackMask[square - from] & code) &&
@@ -72,7 +70,12 @@ int collectAttackers(SeeAttacker* list, const Board& board, int colour, int squa
     return count;
 }
 
-int see(Board& board, int side, Move move) {
+// SEE value of the piece a promotion puts on the board, by promotion kind.
+constexpr int PROMOTED_VALUE[8] = {0, 1, 3, 0, 0, 3, 5, 10};
+
+// see for one side to move.
+template <int side>
+int exchange(Board& board, Move move) {
     const int from = moveFrom(move);
     const int to = moveTo(move);
     const uint8_t mover = board.at(from);
@@ -80,7 +83,7 @@ int see(Board& board, int side, Move move) {
     // Step 1. The opponent's attackers, with the moving piece lifted off its square.
     Attackers lists[2];
     board.at(from) = EMPTY;
-    lists[side ^ 1].count = collectAttackers(lists[side ^ 1].entry, board, side ^ 1, to);
+    lists[side ^ 1].count = attackersOf<side ^ 1>(lists[side ^ 1].entry, board, to);
     board.at(from) = mover;
 
     // Step 2. The first gain.
@@ -93,9 +96,9 @@ int see(Board& board, int side, Move move) {
 
     // Step 4. The mover's further attackers, and the one behind the moving piece.
     board.pieceSquare[mover] = static_cast<uint8_t>(board.pieceSquare[mover] + SET_ASIDE);
-    const int found = collectAttackers(lists[side].entry, board, side, to);
+    const int found = attackersOf<side>(lists[side].entry, board, to);
     board.pieceSquare[mover] = static_cast<uint8_t>(board.pieceSquare[mover] - SET_ASIDE);
-    // collectAttackers fills in falling value already; insert keeps that order.
+    // attackersOf fills in falling value already; insert keeps that order.
     lists[side].count = found;
     addXray(board, lists[side], side, to, from);
 
@@ -131,4 +134,14 @@ int see(Board& board, int side, Move move) {
         if (-gain[depth + 1] < gain[depth]) gain[depth] = -gain[depth + 1];
     }
     return gain[0];
+}
+
+}  // namespace
+
+int collectAttackers(SeeAttacker* list, const Board& board, int colour, int square) {
+    return colour == WHITE ? attackersOf<WHITE>(list, board, square) : attackersOf<BLACK>(list, board, square);
+}
+
+int see(Board& board, int side, Move move) {
+    return side == WHITE ? exchange<WHITE>(board, move) : exchange<BLACK>(board, move);
 }
