@@ -113,6 +113,8 @@ template <int MODE>
 Move* pieceMoves(const Board& board, Move* list, int firstSlot, const int* steps, int stepCount,
                  bool slides) {
     const int enemy = colourBase(static_cast<int>(board.sideToMove ^ 1));
+    // The rays are walked by pointer: a constant step then folds into each load's address.
+    const uint8_t* const a1 = &board.squares[SQUARES_OFFSET];
     int from;
     for (int slot = firstSlot; (from = board.pieceSquare[slot]) != NO_SQUARE; ++slot) {
         if (!onBoard(from)) continue;
@@ -120,17 +122,17 @@ Move* pieceMoves(const Board& board, Move* list, int firstSlot, const int* steps
 #pragma GCC unroll 8
         for (int i = 0; i < stepCount; ++i) {
             const int step = steps[i];
-            int target = from + step;
-            uint8_t content;
-            while ((content = board.at(target)) == EMPTY) {
-                if (MODE != CAPTURES) *list++ = makeMoveWord(from, target);
+            const uint8_t* ray = a1 + from + step;
+            while (*ray == EMPTY) {
+                if (MODE != CAPTURES) *list++ = makeMoveWord(from, static_cast<int>(ray - a1));
                 if (!slides) break;
-                target += step;
+                ray += step;
             }
             // Written always and kept only for an enemy piece: the test decides no branch, whose outcome
             // (own piece, enemy or edge at the end of the ray) is too random to predict.
             if (MODE != QUIET) {
-                *list = makeMoveWord(from, target, content);
+                const uint8_t content = *ray;
+                *list = makeMoveWord(from, static_cast<int>(ray - a1), content);
                 list += isColour(content, enemy);
             }
         }
