@@ -165,8 +165,9 @@ struct Board {
     uint32_t promotionCount;
     Move lastMove;  // the move that led here, with its check bits
 
-    uint8_t at(int square) const { return squares[SQUARES_OFFSET + square]; }
-    uint8_t& at(int square) { return squares[SQUARES_OFFSET + square]; }
+    // Indexed from a1's address, so that a square plus a constant step folds into one addressing mode.
+    uint8_t at(int square) const { return (squares + SQUARES_OFFSET)[square]; }
+    uint8_t& at(int square) { return (squares + SQUARES_OFFSET)[square]; }
     int kingSquare(int colour) const { return pieceSquare[colourBase(colour) + KING_SLOT]; }
     bool inCheck() const { return (lastMove & MOVE_CHECKS) != 0; }
 
