@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdarg>
+#include <mutex>
 
 namespace {
 
@@ -11,11 +12,16 @@ enum Level { DEBUG, INFO, WARNING, ERROR };
 constexpr int threshold = 0;
 
 std::atomic<FILE*> output{nullptr};
+// Held while a message is written and while the stream changes, so that whoever replaces the stream
+// may close the old one at once: a worker thread may be logging into it at that moment.
+std::mutex outputLock;
 
-// One vfprintf per message, so lines from the search and the input thread never interleave.
+// One vfprintf per message, so lines from the search and the input thread never interleave. Without
+// a stream the call costs one load.
 void write(int level, const char* format, va_list args) {
-    FILE* stream = output.load(std::memory_order_acquire);
-    if (stream && threshold <= level) vfprintf(stream, format, args);
+    if (threshold > level || !output.load(std::memory_order_relaxed)) return;
+    std::lock_guard<std::mutex> guard(outputLock);
+    if (FILE* stream = output.load(std::memory_order_relaxed)) vfprintf(stream, format, args);
 }
 
 }  // namespace
@@ -33,5 +39,8 @@ KELVRA_LOG_LEVEL(info, INFO)
 KELVRA_LOG_LEVEL(warning, WARNING)
 KELVRA_LOG_LEVEL(error, ERROR)
 
-void Log::setStream(FILE* stream) { output.store(stream, std::memory_order_release); }
+void Log::setStream(FILE* stream) {
+    std::lock_guard<std::mutex> guard(outputLock);
+    output.store(stream, std::memory_order_relaxed);
+}
 FILE* Log::stream() { return output.load(std::memory_order_acquire); }
