@@ -166,8 +166,10 @@ struct Board {
     Move lastMove;  // the move that led here, with its check bits
 
     // Indexed from a1's address, so that a square plus a constant step folds into one addressing mode.
-    uint8_t at(int square) const { return (squares + SQUARES_OFFSET)[square]; }
-    uint8_t& at(int square) { return (squares + SQUARES_OFFSET)[square]; }
+    const uint8_t* a1() const { return squares + SQUARES_OFFSET; }
+    uint8_t* a1() { return squares + SQUARES_OFFSET; }
+    uint8_t at(int square) const { return a1()[square]; }
+    uint8_t& at(int square) { return a1()[square]; }
     int kingSquare(int colour) const { return pieceSquare[colourBase(colour) + KING_SLOT]; }
     bool inCheck() const { return (lastMove & MOVE_CHECKS) != 0; }
 

@@ -114,7 +114,7 @@ Move* pieceMoves(const Board& board, Move* list, int firstSlot, const int* steps
                  bool slides) {
     const int enemy = colourBase(static_cast<int>(board.sideToMove ^ 1));
     // The rays are walked by pointer: a constant step then folds into each load's address.
-    const uint8_t* const a1 = &board.squares[SQUARES_OFFSET];
+    const uint8_t* const a1 = board.a1();
     int from;
     for (int slot = firstSlot; (from = board.pieceSquare[slot]) != NO_SQUARE; ++slot) {
         if (!onBoard(from)) continue;

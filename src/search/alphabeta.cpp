@@ -296,7 +296,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
     // Step 17 is applied to every move: moveExtension.
     // Step 18. The hash move first, made inline before any move is generated.
     if (hashMove != NO_MOVE && !inCheck) {
-        thread.eval.pawnHash.prefetch(pawnKeyAfter(board, hashMove));
+        thread.eval.pawnHash.prefetchAfter(board, hashMove);
         const SavedState saved = saveState(board);
         if (const Move made = makeMove(board, hashMove)) {
             tt.prefetch(board);
@@ -458,7 +458,7 @@ MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType
                             (passedPawnFiles(thread, side) & (1 << fileOf(moveFrom(move))));
 
     // The child's pawn entry loads while the move is made; futility skips most moves unsearched.
-    if (!node.futilityPruning) thread.eval.pawnHash.prefetch(pawnKeyAfter(board, move));
+    if (!node.futilityPruning) thread.eval.pawnHash.prefetchAfter(board, move);
     const SavedState saved = saveState(board);
     made = makeMove(board, move);
     if (made == NO_MOVE) return MoveOutcome::ILLEGAL;

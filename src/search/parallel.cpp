@@ -45,7 +45,6 @@ SplitState& smp = *new SplitState;
 
 void addMs(std::atomic<uint32_t>& counter, uint32_t ms) { counter.fetch_add(ms, std::memory_order_relaxed); }
 
-
 // Whether `target` is `from` or lies on its parent chain. Chains are at most eight split points per
 // thread deep; the bound only guards against a chain that is being rebuilt.
 bool onChain(const SplitPoint* from, const SplitPoint* target) {

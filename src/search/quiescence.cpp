@@ -163,8 +163,7 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
                 cursor[1] != NO_MOVE)
                 tt.prefetchAfter(board, cursor[1]);
             if (exposesKing(board, kingSquare, moveFrom(move), moveTo(move))) continue;
-            // The child evaluates first thing: its pawn entry loads while the move is made.
-            thread.eval.pawnHash.prefetch(pawnKeyAfter(board, move));
+            thread.eval.pawnHash.prefetchAfter(board, move);
             const SavedState saved = saveState(board);
             const Move made = makeMove(board, move);
             if (made == NO_MOVE) continue;
