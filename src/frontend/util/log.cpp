@@ -39,8 +39,9 @@ KELVRA_LOG_LEVEL(info, INFO)
 KELVRA_LOG_LEVEL(warning, WARNING)
 KELVRA_LOG_LEVEL(error, ERROR)
 
+// Released for readers of stream(), which take no lock.
 void Log::setStream(FILE* stream) {
     std::lock_guard<std::mutex> guard(outputLock);
-    output.store(stream, std::memory_order_relaxed);
+    output.store(stream, std::memory_order_release);
 }
 FILE* Log::stream() { return output.load(std::memory_order_acquire); }
