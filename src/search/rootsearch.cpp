@@ -176,30 +176,45 @@ void SearchThread::search() {
     if (printStatistics) logStatistics(*this);
 }
 
-// One iteration: the first move with the full window, the others with a null window around the best
-// score, re-searched in full when they fail high.
-void SearchThread::searchRoot(int d) {
-    const int count = rootCount.load(std::memory_order_relaxed);
-    const SavedState saved = saveState(board);
-
-    // Step 1. The first move sets the score to beat.
-    Move made = makeMove(board, rootMoves[0].move);
-    if (listener) listener->reportMove(d, 0, made);
-    uint64_t before = totalNodes();
-    int score = -alphaBeta(*this, 1, -MATE, MATE, d - 1, made, NODE_PV);
-    takeBack(board, made, saved);
-    if (stopRequested(*this)) return;
-    rootMoves[0].nodes = static_cast<int32_t>(std::min<uint64_t>(totalNodes() - before, INT32_MAX));
-    rootMoves[0].score = score;
+// A new best move, searched with the root position back on the board: its line is checked and
+// printed from the root, and the root's table entry names it.
+void SearchThread::adoptBestMove(int d, int score, Move made) {
     bestScore = score;
     copyLine(*this, 0, made);
     trimRootLine();
     if (listener) listener->reportLine(d, score, made);
     printLine(*this, score, nullptr);
     storeEntry(*this, 0, made & KILLER_MASK, score, d, TT_LOWER);
+}
+
+// Before the first iteration the moves are ordered by their quiescence score. After each iteration
+// every move's key is the size of the tree it took, the best move's included: a move that was hard to
+// refute is the likeliest to take over next, and a best move displaced by a take-over, searched with
+// the full window, keeps a large tree and so the second place.
+void SearchThread::recordTreeSize(RootMove& searched, uint64_t nodesBefore, int score) {
+    searched.nodes = static_cast<int32_t>(std::min<uint64_t>(totalNodes() - nodesBefore, INT32_MAX));
+    searched.key = searched.nodes;
+    searched.score = score;
+}
+
+// One iteration: the first move with the full window, the others with a null window around the best
+// score, re-searched in full when they fail high.
+void SearchThread::searchRoot(int d) {
+    const int count = rootCount.load(std::memory_order_relaxed);
+    const SavedState saved = saveState(board);
+
+    // The first move sets the score to beat.
+    Move made = makeMove(board, rootMoves[0].move);
+    if (listener) listener->reportMove(d, 0, made);
+    uint64_t before = totalNodes();
+    int score = -alphaBeta(*this, 1, -MATE, MATE, d - 1, made, NODE_PV);
+    takeBack(board, made, saved);
+    if (stopRequested(*this)) return;
+    recordTreeSize(rootMoves[0], before, score);
+    adoptBestMove(d, score, made);
     timeControl.checkScoreDrop(score);
 
-    // Step 2. The others must prove they are better.
+    // The others must prove they are better.
     for (int i = 1; i < count; ++i) {
         if (stopRequested(*this)) return;
         made = makeMove(board, rootMoves[i].move);
@@ -214,26 +229,17 @@ void SearchThread::searchRoot(int d) {
             printMove(*this, score, made, mark);
             score = -alphaBeta(*this, 1, -MATE, -bestScore, d - 1, made, NODE_PV);
             if (!stop.load(std::memory_order_relaxed)) {
-                if (score > bestScore) {
-                    confirmed = true;
-                    bestScore = score;
-                    copyLine(*this, 0, made);
-                    trimRootLine();
-                    std::rotate(rootMoves, rootMoves + i, rootMoves + i + 1);
-                    if (listener) listener->reportLine(d, score, made);
-                    printLine(*this, score, nullptr);
-                    storeEntry(*this, 0, made & KILLER_MASK, score, d, TT_LOWER);
-                } else {
-                    printMove(*this, score, made, "--");
-                }
+                confirmed = score > bestScore;
+                if (!confirmed) printMove(*this, score, made, "--");
             }
             timeControl.leaveFailHighPhase();
         }
         takeBack(board, made, saved);
         if (stop.load(std::memory_order_relaxed)) return;
-        RootMove& searched = confirmed ? rootMoves[0] : rootMoves[i];
-        searched.nodes = static_cast<int32_t>(std::min<uint64_t>(totalNodes() - before, INT32_MAX));
-        searched.key = searched.nodes;
-        searched.score = score;
+        recordTreeSize(rootMoves[i], before, score);
+        if (confirmed) {
+            std::rotate(rootMoves, rootMoves + i, rootMoves + i + 1);
+            adoptBestMove(d, score, made);
+        }
     }
 }

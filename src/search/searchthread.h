@@ -108,6 +108,8 @@ private:
     void generateRootMoves();
     int startDepth();
     void searchRoot(int depth);
+    void adoptBestMove(int depth, int score, Move made);
+    void recordTreeSize(RootMove& searched, uint64_t nodesBefore, int score);
     void trimRootLine();
 };
 

@@ -29,6 +29,16 @@ TEST(UciSearch, InfiniteSearchAnswersIsreadyAndEndsOnStop) {
     EXPECT_LT(log.find("uci:stop() START\n"), log.find("uci:stop() END\n")) << log;
 }
 
+// After 1.e4 a later root move takes over at depth 8: its line must survive into every report.
+TEST(UciSearch, ARootMoveThatTakesOverKeepsItsLineAndPonderMove) {
+    UciSession session("uci_takeover");
+    std::string out = session.exchange("position startpos moves e2e4\ngo depth 8\n", "bestmove ");
+    out += session.settle("");
+    EXPECT_FALSE(contains(out, " pv \n")) << out;
+    EXPECT_FALSE(contains(out, " pv\n")) << out;
+    EXPECT_TRUE(contains(out, "bestmove @ ponder @\n")) << out;
+}
+
 TEST(UciSearch, ReportsCurrentMovesAndMateScores) {
     UciSession session("uci_reports");
     std::string out =

@@ -177,6 +177,26 @@ TEST(Search, UnconfirmedFailHighKeepsTheBestMove) {
     EXPECT_NE(output.find("h2h3 --"), std::string::npos) << output;
 }
 
+TEST(Search, ARootMoveThatTakesOverIsStoredUnderTheRoot) {
+    // After 1.e4 a later root move takes over at depth 8. The root's entry must name it, and the entry
+    // of the position after it must still hold a move of that position.
+    ASSERT_TRUE(gameBoard.setFen(START_FEN));
+    const Move e4 = makeMove(gameBoard, isMove(gameBoard, "e2e4"));
+    ASSERT_NE(e4, NO_MOVE);
+    gameBoard.lastMove = e4;
+    tt.clear();
+    const SearchOutcome found = searchGameBoard(8, 20000);
+    TtEntry root;
+    ASSERT_TRUE(tt.probe(gameBoard, root));
+    EXPECT_EQ(root.move & KILLER_MASK, found.best & KILLER_MASK);
+    Board child = gameBoard;
+    ASSERT_NE(makeMove(child, found.best & KILLER_MASK), NO_MOVE);
+    TtEntry reply;
+    if (tt.probe(child, reply) && reply.move != NO_MOVE) {
+        EXPECT_TRUE(isValidMove(child, reply.move & KILLER_MASK)) << found.bestText;
+    }
+}
+
 TEST(Search, BenchNodeCountIsASignature) {
     const int depth = sanitized() ? 2 : 4;
     tt.alloc(256);  // cleared before every position: keep it small
