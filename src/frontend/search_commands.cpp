@@ -9,7 +9,6 @@
 #include "board/notation.h"
 #include "book/book.h"
 #include "frontend/console.h"
-#include "frontend/subsystem_hooks.h"
 #include "search/bench.h"
 #include "search/searchthread.h"
 #include "search/timecontrol.h"
@@ -112,5 +111,3 @@ constexpr ConsoleCommand commands[] = {
 }  // namespace
 
 std::span<const ConsoleCommand> searchCommands() { return commands; }
-
-void bootSearchThread() { searchThread.boot(); }
