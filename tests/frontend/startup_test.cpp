@@ -111,6 +111,16 @@ TEST(Startup, TableSizeFollowsTheIniKey) {
     EXPECT_GT(small, 16 * builtIn) << "built-in " << builtIn << "%, one megabyte " << small << "%";
 }
 
+TEST(Startup, IniFileWithWindowsLineEndsAndNoFinalNewline) {
+    std::string directory = scratchDirectory("line_ends");
+    writeFile(directory, "crlf.ini", "search.nthreads=1\r\nbook.file=missing.bbk\r\n");
+    EngineRun crlf = runEngine({"crlf.ini"}, "q\n", directory);
+    EXPECT_NE(crlf.output.find("could not read book file: missing.bbk\n"), std::string::npos) << crlf.output;
+    writeFile(directory, "last.ini", "search.nthreads=1\r\nbook.file=last.bbk");
+    EngineRun last = runEngine({"last.ini"}, "q\n", directory);
+    EXPECT_NE(last.output.find("could not read book file: last.bbk\n"), std::string::npos) << last.output;
+}
+
 TEST(Startup, HostileIniFilesNeverCrash) {
     std::string directory = scratchDirectory("hostile");
     std::string binary;
