@@ -39,13 +39,14 @@ public:
 ConsoleListener consoleListener;
 
 AfterCommand searchCommand(const char* rest) {
+    // Whatever search still runs ends before the table is cleared and the next one starts.
+    searchThread.stopSearch();
     if (consoleOptions.book && strcmp(rest, "nobook") != 0 && book.isOpen() && consoleBookMove(gameBoard) != NO_MOVE)
         return AfterCommand::READ_NEXT;
     if (consoleOptions.cleartt && strcmp(rest, "tt") != 0)
         tt.clear();
     else
         printf("tt not cleared\n");
-    searchThread.stopSearch();
     searchThread.listener = &consoleListener;
     searchThread.echoLines = true;
     timeControl.infinite.store(false);
@@ -111,3 +112,7 @@ constexpr ConsoleCommand commands[] = {
 }  // namespace
 
 std::span<const ConsoleCommand> searchCommands() { return commands; }
+
+void stopConsoleSearch() {
+    if (searchThread.listener == &consoleListener && !searchThread.isIdle()) searchThread.stopSearch();
+}
