@@ -39,12 +39,6 @@ TEST(SearchCommands, SearchPlaysItsMoveOnTheBoard) {
     EXPECT_TRUE(contains(out, "3R2k1/5ppp/8/8/8/8/5PPP/6K1 b")) << out;
 }
 
-size_t countOf(const std::string& text, const std::string& part) {
-    size_t count = 0;
-    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) count++;
-    return count;
-}
-
 // Commands typed during an asynchronous search meet no search still at work: each ends it first,
 // and its move is played before the command runs. The ThreadSanitizer build turns any race on the
 // board, the table or the limits into a non-zero exit code.
