@@ -32,10 +32,14 @@ int commandLoop() {
         if (!uci.uciMode) printf("%% ");
         fflush(stdout);
         const char* line = input.readline();
-        if (!line) return 0;
+        if (!line) {
+            stopConsoleSearch();
+            return 0;
+        }
         const char* rest;
         String command = splitLine(line, rest);
         if (uci.handleCommand(command.c_str(), rest) || command.empty()) continue;
+        stopConsoleSearch();
         if (const ConsoleCommand* found = findConsoleCommand(command.c_str())) {
             if (found->run(rest) == AfterCommand::LEAVE_LOOP) return 0;
         } else {

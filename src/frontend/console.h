@@ -25,3 +25,8 @@ struct ConsoleCommand {
 
 // Reads and runs lines until end of input or "q"; returns the exit code.
 int commandLoop();
+
+// Ends a console search that still runs, once its move is played. Every console command reads or
+// changes what an asynchronous search works with (the board, the table, the limits, the threads),
+// so the loop calls this before each of them.
+void stopConsoleSearch();

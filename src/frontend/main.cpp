@@ -3,7 +3,7 @@
 #include "frontend/console.h"
 #include "frontend/inifile.h"
 #include "frontend/options.h"
-#include "frontend/subsystem_hooks.h"
+#include "frontend/startup.h"
 #include "frontend/version.h"
 #include "platform/platform.h"
 

@@ -5,9 +5,12 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "frontend/subsystem_hooks.h"
+#include "book/book.h"
+#include "eval/egbb.h"
 #include "frontend/uci.h"
 #include "platform/platform.h"
+#include "search/parallel.h"
+#include "search/tt.h"
 
 unsigned machineMhz = 0;
 
@@ -23,9 +26,8 @@ int number(const String& value) {
 void openBook(const IniFile& ini) {
     String path = ini.get("book.file");
     if (path.empty()) return;
-    unsigned positions = 0;
-    if (openBookFile(path.c_str(), positions))
-        printf("book found: %s, %u positions\n", path.c_str(), positions);
+    if (book.open(path.c_str()))
+        printf("book found: %s, %u positions\n", path.c_str(), book.records());
     else
         printf("could not read book file: %s\n", path.c_str());
 }
@@ -34,14 +36,14 @@ void openBitbases(const IniFile& ini) {
     String directory = ini.get("egbb.dir");
     if (directory.empty()) return;
     String cache = ini.get("egbb.cachemb");
-    loadBitbases(directory.c_str(), cache.empty() ? 16 : number(cache));
+    if (egbb.load(directory.c_str())) egbb.init(cache.empty() ? 16 : number(cache));
 }
 
 void sizeTt(const IniFile& ini) {
     // Without the key the table keeps the size it was allocated with at start-up.
     String megabytes = ini.get("tt.cachemb");
     if (!megabytes.empty())
-        resizeTt(
+        tt.alloc(
             static_cast<int>(std::clamp(number(megabytes) * 1024LL, 0LL, static_cast<long long>(INT_MAX))));
 }
 

@@ -9,7 +9,6 @@
 #include "board/notation.h"
 #include "book/book.h"
 #include "frontend/console.h"
-#include "frontend/subsystem_hooks.h"
 #include "search/bench.h"
 #include "search/searchthread.h"
 #include "search/timecontrol.h"
@@ -40,13 +39,14 @@ public:
 ConsoleListener consoleListener;
 
 AfterCommand searchCommand(const char* rest) {
+    // Whatever search still runs ends before the table is cleared and the next one starts.
+    searchThread.stopSearch();
     if (consoleOptions.book && strcmp(rest, "nobook") != 0 && book.isOpen() && consoleBookMove(gameBoard) != NO_MOVE)
         return AfterCommand::READ_NEXT;
     if (consoleOptions.cleartt && strcmp(rest, "tt") != 0)
         tt.clear();
     else
         printf("tt not cleared\n");
-    searchThread.stopSearch();
     searchThread.listener = &consoleListener;
     searchThread.echoLines = true;
     timeControl.infinite.store(false);
@@ -113,4 +113,6 @@ constexpr ConsoleCommand commands[] = {
 
 std::span<const ConsoleCommand> searchCommands() { return commands; }
 
-void bootSearchThread() { searchThread.boot(); }
+void stopConsoleSearch() {
+    if (searchThread.listener == &consoleListener && !searchThread.isIdle()) searchThread.stopSearch();
+}

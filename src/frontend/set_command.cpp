@@ -4,7 +4,7 @@
 #include <span>
 
 #include "frontend/console.h"
-#include "frontend/subsystem_hooks.h"
+#include "search/parallel.h"
 
 namespace {
 

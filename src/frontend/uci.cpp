@@ -7,9 +7,9 @@
 #include <string>
 
 #include "frontend/protocol_log.h"
-#include "frontend/subsystem_hooks.h"
 #include "frontend/version.h"
 #include "platform/platform.h"
+#include "search/parallel.h"
 #include "search/timecontrol.h"
 #include "search/tt.h"
 

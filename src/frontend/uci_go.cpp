@@ -110,7 +110,10 @@ void Uci::ponderhit() {
 void Uci::stop() {
     traceMessage("stop()...");
     bool withheld;
-    switch (exchangeStatus(IDLE, &withheld)) {
+    const int old = exchangeStatus(IDLE, &withheld);
+    // A console search runs outside the protocol status: "stop" typed at the console ends it.
+    if (old != SEARCHING && old != PONDER && !searchThread.isIdle()) stopSearch();
+    switch (old) {
         case IDLE:
             if (!withheld) {
                 log.warning("uci::stop after the bestmove was sent, ignored\n");

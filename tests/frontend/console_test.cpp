@@ -97,6 +97,18 @@ TEST(Console, QuitEndsAtOnceWithCodeZero) {
     EXPECT_EQ(session("quit\nhelp\n"), "% ");
 }
 
+TEST(Console, WindowsLineEndsAndAnUnterminatedLastLine) {
+    // A client from Windows ends its lines with CR LF: the handshake and the console commands still
+    // work, and a command is named without the CR when it is unknown.
+    std::string text = session("uci\r\nisready\r\nm\r\nxyzzy\r\n\r\nisready");
+    EXPECT_NE(text.find("uciok\nreadyok\n#moves = 20\n"), std::string::npos) << text;
+    // The last line counts without its newline, however long.
+    const std::string end = "no such command: xyzzy\nreadyok\n";
+    EXPECT_EQ(text.substr(text.size() - std::min(text.size(), end.size())), end) << text;
+    EXPECT_EQ(session("set threads 1\nset book 0\nset"), "% % % " + options(0, 0, 1, 1) + "% ");
+    EXPECT_EQ(session(std::string(1 << 20, 'y')), "% no such command: " + std::string(1 << 20, 'y') + "\n% ");
+}
+
 TEST(Console, HostileInputNeverCrashes) {
     std::string longWord(100 * 1024, 'x');
     EXPECT_EQ(session(longWord + "\n"), "% no such command: " + longWord + "\n% ");
@@ -104,9 +116,6 @@ TEST(Console, HostileInputNeverCrashes) {
     // A NUL byte ends the text of its line, not the input.
     EXPECT_EQ(session(std::string("\0\nfo\0o\nbar", 11) + "\n"),
               "% % no such command: fo\n% no such command: bar\n% ");
-    // A last line without a newline is never read, however long.
-    EXPECT_EQ(session("set book 0\nset"), "% % ");
-    EXPECT_EQ(session(std::string(1 << 20, 'y')), "% ");
     std::string binary;
     for (int c = 1; c < 256; c++) binary += static_cast<char>(c);
     EXPECT_NE(session(binary + "\n" + binary + "\n").find("% "), std::string::npos);

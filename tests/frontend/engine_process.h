@@ -63,3 +63,11 @@ std::string scratchDirectory(const std::string& name);
 
 // Writes content to directory/name and returns the full path.
 std::string writeFile(const std::string& directory, const std::string& name, const std::string& content);
+
+// How often what occurs in text, without overlaps.
+inline size_t countOf(const std::string& text, const std::string& what) {
+    size_t count = 0;
+    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + what.size()))
+        count++;
+    return count;
+}

@@ -15,7 +15,9 @@ std::string session(const std::string& input) {
     return run.output;
 }
 
-bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+bool contains(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
 
 TEST(SearchCommands, LimitsAreSetAndShown) {
     const std::string out = session("mt 60 40 0\nmaxtime x\nmd y\nmaxtime\n");
@@ -27,13 +29,41 @@ TEST(SearchCommands, LimitsAreSetAndShown) {
 }
 
 TEST(SearchCommands, SearchPlaysItsMoveOnTheBoard) {
-    const std::string out = session("md 3\ng\nset cleartt 0\ng\ng tt\nfen 6k1/5ppp/8/8/8/8/5PPP/3R2K1 w - - 0 1\ng\n");
+    const std::string out =
+        session("md 3\ng\nset cleartt 0\ng\ng tt\nfen 6k1/5ppp/8/8/8/8/5PPP/3R2K1 w - - 0 1\ng\n");
     EXPECT_TRUE(contains(out, "my move: ")) << out;
     EXPECT_TRUE(contains(out, "depth limit\n"));
     EXPECT_TRUE(contains(out, "tt not cleared\n"));
     // The back-rank mate is found and played; the next position has no move.
     EXPECT_TRUE(contains(out, "my move: Rd1d8+\n")) << out;
     EXPECT_TRUE(contains(out, "3R2k1/5ppp/8/8/8/8/5PPP/6K1 b")) << out;
+}
+
+// Commands typed during an asynchronous search meet no search still at work: each ends it first,
+// and its move is played before the command runs. The ThreadSanitizer build turns any race on the
+// board, the table or the limits into a non-zero exit code.
+TEST(SearchCommands, CommandsTypedDuringAnAsyncSearchEndItFirst) {
+    // The second search has one legal move, so it plays that move however early it is ended.
+    const std::string out = session(
+        "set async 1\nmd 2\ng\nm\nfen k7/8/8/8/8/8/1q6/K7 w - - 0 1\nperft 2\ng\n"
+        "reset\nmd 0\nmt 60\ng\ng\nstop\nq\n");
+    EXPECT_TRUE(contains(out, "perft 2\n" + std::string(31, ' ') + "1 ops in")) << out;
+    EXPECT_TRUE(contains(out, "\n" + std::string(31, ' ') + "3 ops in")) << out;
+    EXPECT_TRUE(contains(out, "my move: Ka1xb2\n")) << out;
+    // Four searches, each ended by the command after it or by its depth, each with its move.
+    EXPECT_EQ(countOf(out, "my move: "), 4u) << out;
+}
+
+TEST(SearchCommands, StopEndsAnAsyncSearchAtOnce) {
+    EngineProcess engine({}, scratchDirectory("search_commands"));
+    engine.send("set async 1\nmt 60\ng\n");
+    // The first iteration's line: the search runs.
+    ASSERT_TRUE(engine.waitFor(" 0:00:0"));
+    const size_t running = engine.output().size();
+    engine.send("stop\n");
+    EXPECT_TRUE(engine.waitFor("my move: ", 5000, running)) << engine.output().substr(running);
+    engine.send("q\n");
+    EXPECT_EQ(engine.wait(), 0);
 }
 
 TEST(SearchCommands, BenchSignatureRepeats) {

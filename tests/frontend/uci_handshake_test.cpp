@@ -62,6 +62,16 @@ TEST(UciHandshake, EachUciOpensTheNextFreeLogFile) {
     EXPECT_NE(second.find("exit()!"), std::string::npos) << second;
 }
 
+TEST(UciHandshake, AnAbsoluteLogDirectoryIsCreated) {
+    std::string directory = scratchDirectory("uci_absolute_log");
+    const std::string logs = fs::absolute(directory).string() + "/deep/logs";
+    writeFile(directory, "test.ini", "search.nthreads=1\nuci.logdir=" + logs + "\n");
+    EngineRun run = runEngine({"test.ini"}, "uci\nquit\n", directory);
+    EXPECT_EQ(run.exitCode, 0);
+    std::string log = readFile(logs + "/kelvra-0000.log");
+    EXPECT_NE(log.find("<--uciok"), std::string::npos) << run.output;
+}
+
 TEST(UciHandshake, WithoutUsableLogDirectoryTheProtocolStillWorks) {
     std::string directory = scratchDirectory("uci_nolog");
     // A file where the log directory should be: it cannot be created.

@@ -13,13 +13,6 @@
 
 #include "engine_process.h"
 
-inline size_t countOf(const std::string& text, const std::string& what) {
-    size_t count = 0;
-    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + what.size()))
-        count++;
-    return count;
-}
-
 inline std::string readFile(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     std::stringstream content;

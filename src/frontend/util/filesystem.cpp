@@ -14,9 +14,12 @@ bool FileSystem::mkdirs(const char* path) {
     size_t position = 0;
     for (;;) {
         size_t slash = position + strcspn(path + position, "/\\");
-        // A leading separator or two in a row end the walk here, successfully: whatever lies
-        // beyond is left as it is.
-        if (slash <= position) return true;
+        if (slash == position) {
+            // The root of an absolute path, or a doubled separator: nothing to create here.
+            if (path[slash] == 0) return true;
+            position++;
+            continue;
+        }
         printf("mkdirs slash=%i\n", static_cast<int>(slash));
         String prefix(path, slash);
         printf("FileSystem: creating dir %s\n", prefix.c_str());

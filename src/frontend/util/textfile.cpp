@@ -24,6 +24,14 @@ size_t readUpToNewline(FILE* stream, char* into, size_t room) {
     return n;
 }
 
+// Cuts the line at length, less the CR of a Windows line end (files and clients from Windows end
+// their lines with CR LF).
+char* endLine(char* line, size_t length) {
+    if (length > 0 && line[length - 1] == '\r') length--;
+    line[length] = 0;
+    return line;
+}
+
 }  // namespace
 
 Textfile::Textfile(const char* path) : stream(fopen(path, "r")), owned(true) {}
@@ -55,12 +63,10 @@ char* Textfile::readline() {
             capacity = 0;
             return nullptr;
         }
-        if (n == 0) return nullptr;
+        // The end of the file ends a last line that has no newline.
+        if (n == 0) return endLine(buffer, total);
         total += n;
-        if (buffer[total - 1] == '\n') {
-            buffer[total - 1] = 0;
-            return buffer;
-        }
+        if (buffer[total - 1] == '\n') return endLine(buffer, total - 1);
         size_t grown = capacity * 2;
         char* larger = static_cast<char*>(realloc(buffer, grown));
         textfileLog.info("Textfile.readline(): realloc %i=%x, n=%i\n", static_cast<int>(grown),

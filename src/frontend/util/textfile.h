@@ -1,5 +1,5 @@
-// A line reader over a text stream. A last line without a newline is not returned: files written
-// for the engine end every line with one, and a missing newline means an unfinished write.
+// A line reader over a text stream. Lines end with LF or CR LF; a last line without either ends at
+// the end of the file.
 #pragma once
 
 #include <cstddef>
@@ -17,7 +17,7 @@ class Textfile {
     // True when reading stopped on an error rather than at the end of the file.
     bool failed() const;
 
-    // The next line without its newline, valid until the next call; null at the end of the file.
+    // The next line without its line end, valid until the next call; null at the end of the file.
     // A NUL byte inside a line ends the text a caller sees but not the line.
     char* readline();
 

@@ -38,10 +38,14 @@ class Mkdirs : public testing::Test {
     char previous[4096];
 };
 
-TEST_F(Mkdirs, LeadingSeparatorEndsTheWalkAtOnceWithSuccess) {
+TEST_F(Mkdirs, AbsolutePathCreatesEveryLevel) {
     std::string path = root + "/logs/run";
-    EXPECT_EQ(trace(path, true), "mkdirs " + path + "\nmkdirs 1\n");
-    EXPECT_FALSE(isDirectory(root + "/logs"));
+    std::string out = trace(path, true);
+    EXPECT_TRUE(isDirectory(path));
+    EXPECT_NE(out.find("FileSystem: creating dir " + root + "/logs\nmkdirs slash=" +
+                       std::to_string(path.size()) + "\nFileSystem: creating dir " + path + "\n"),
+              std::string::npos)
+        << out;
 }
 
 TEST_F(Mkdirs, RelativePathCreatesFirstComponentThenWholePath) {
@@ -54,11 +58,10 @@ TEST_F(Mkdirs, RelativePathCreatesFirstComponentThenWholePath) {
               "mkdirs slash=4\nFileSystem: creating dir logs\n"
               "mkdirs slash=8\nFileSystem: creating dir logs\\run\n"
               "mkdirs slash=13\nFileSystem: creating dir logs\\run/deep\n");
-    // Existing directories are no error, and a doubled separator stops the walk with success.
+    // Existing directories are no error, and a doubled separator separates like a single one.
     trace("logs\\run/deep", true);
-    std::string doubled = trace("logs//never", true);
-    EXPECT_FALSE(isDirectory(root + "/never"));
-    EXPECT_EQ(doubled.find("creating dir logs/"), std::string::npos) << doubled;
+    trace("logs//doubled", true);
+    EXPECT_TRUE(isDirectory(root + "/logs/doubled"));
 }
 
 TEST_F(Mkdirs, ReportsAComponentThatCannotBeCreated) {
