@@ -14,12 +14,13 @@ bool FileSystem::mkdirs(const char* path) {
     size_t position = 0;
     for (;;) {
         size_t slash = position + strcspn(path + position, "/\\");
-        if (slash == position) {
-            // The root of an absolute path, or a doubled separator: nothing to create here.
-            if (path[slash] == 0) return true;
-            position++;
+        // The root of an absolute path exists already: the walk goes on after it. Two separators in
+        // a row end the walk here, successfully, leaving whatever lies beyond as it is.
+        if (slash == 0 && path[0]) {
+            position = 1;
             continue;
         }
+        if (slash <= position) return true;
         printf("mkdirs slash=%i\n", static_cast<int>(slash));
         String prefix(path, slash);
         printf("FileSystem: creating dir %s\n", prefix.c_str());

@@ -58,10 +58,11 @@ TEST_F(Mkdirs, RelativePathCreatesFirstComponentThenWholePath) {
               "mkdirs slash=4\nFileSystem: creating dir logs\n"
               "mkdirs slash=8\nFileSystem: creating dir logs\\run\n"
               "mkdirs slash=13\nFileSystem: creating dir logs\\run/deep\n");
-    // Existing directories are no error, and a doubled separator separates like a single one.
+    // Existing directories are no error, and a doubled separator stops the walk with success.
     trace("logs\\run/deep", true);
-    trace("logs//doubled", true);
-    EXPECT_TRUE(isDirectory(root + "/logs/doubled"));
+    std::string doubled = trace("logs//never", true);
+    EXPECT_FALSE(isDirectory(root + "/never"));
+    EXPECT_EQ(doubled.find("creating dir logs/"), std::string::npos) << doubled;
 }
 
 TEST_F(Mkdirs, ReportsAComponentThatCannotBeCreated) {
