@@ -154,6 +154,7 @@ struct Board {
     uint64_t hash;             // no side-to-move component; see setFen
     uint32_t sideToMove;
     uint32_t ply;
+    uint32_t droppedPlies;  // plies played since the position was set that the history no longer holds
     uint32_t material[2];
     uint64_t pawnHash;
     uint8_t castling;
@@ -171,6 +172,8 @@ struct Board {
     uint8_t at(int square) const { return a1()[square]; }
     uint8_t& at(int square) { return a1()[square]; }
     int kingSquare(int colour) const { return pieceSquare[colourBase(colour) + KING_SLOT]; }
+    // Plies played since the position was set, those the history has dropped included.
+    uint32_t gamePly() const { return droppedPlies + ply; }
     bool inCheck() const { return (lastMove & MOVE_CHECKS) != 0; }
 
     // Replaces the position with the FEN text; false (with a message) when it cannot be read, and the

@@ -146,6 +146,7 @@ bool Board::setFen(const char* text) {
     pawnHash = 0;
     sideToMove = 0;
     ply = 0;
+    droppedPlies = 0;
     castling = 0;
     lastIrreversible = 0;
     epSquare = 0;
@@ -320,5 +321,5 @@ void Board::writeFen(FILE* stream) const {
                 '1' + rankOf(static_cast<int>(epSquare)));
     else
         fputs(" -", stream);
-    fprintf(stream, " %i %i", static_cast<int>(ply - lastIrreversible), static_cast<int>(ply));
+    fprintf(stream, " %i %i", static_cast<int>(ply - lastIrreversible), static_cast<int>(gamePly()));
 }

@@ -1,4 +1,5 @@
 // The board as ASCII art with material and a score sheet of the moves played.
+#include <algorithm>
 #include <cstring>
 
 #include "board/board.h"
@@ -9,18 +10,19 @@ namespace {
 
 constexpr int SHEET_LINES = 12;  // rows 15 down to 4
 
-// One score-sheet line: move pair `pair` (0 = first) of the history.
+// One score-sheet line: move pair `pair` (0 = first) of the game; moves the history no longer holds
+// show as "...".
 void printSheetLine(const Board& board, FILE* stream, int pair) {
-    // The history may begin with Black's move; White's entry is then empty.
-    const int firstMover = static_cast<int>((board.sideToMove ^ board.ply) & 1);
-    const int whitePly = 2 * pair - firstMover;
+    // The game may begin with Black's move; White's entry is then empty.
+    const int firstMover = static_cast<int>((board.sideToMove ^ board.gamePly()) & 1);
+    const int whitePly = 2 * pair - firstMover - static_cast<int>(board.droppedPlies);
     char text[MOVE_TEXT_SIZE];
     if (whitePly >= 0)
         moveToText(board, text, board.moves[whitePly]);
     else
         strcpy(text, "...");
     fprintf(stream, "  %2i. %-6s", pair + 1, text);
-    if (whitePly + 1 < static_cast<int>(board.ply)) {
+    if (whitePly + 1 >= 0 && whitePly + 1 < static_cast<int>(board.ply)) {
         moveToText(board, text, board.moves[whitePly + 1]);
         fprintf(stream, " %-6s", text);
     } else {
@@ -31,9 +33,12 @@ void printSheetLine(const Board& board, FILE* stream, int pair) {
 }  // namespace
 
 void Board::print(FILE* stream, int mode) const {
-    const int firstMover = static_cast<int>((sideToMove ^ ply) & 1);
-    const int pairs = ply ? (static_cast<int>(ply) + firstMover + 1) / 2 : 0;
-    const int firstPair = pairs > SHEET_LINES ? pairs - SHEET_LINES : 0;
+    const int plies = static_cast<int>(gamePly());
+    const int firstMover = static_cast<int>((sideToMove ^ plies) & 1);
+    const int pairs = plies ? (plies + firstMover + 1) / 2 : 0;
+    // The last lines of the sheet, and none whose moves the history has dropped.
+    const int firstHeld = (static_cast<int>(droppedPlies) + firstMover) / 2;
+    const int firstPair = std::max(pairs - SHEET_LINES, firstHeld);
     for (int row = 16; row >= 0; --row) {
         if (row % 2 == 0) {
             fprintf(stream, "   +---+---+---+---+---+---+---+---+");

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "board/board.h"
-#include "board/makemove.h"
+#include "board/gamemove.h"
 #include "board/notation.h"
 #include "frontend/console_commands.h"
 #include "frontend/position_commands.h"
@@ -35,12 +35,10 @@ bool playWord(const std::string& word) {
         printf("not a valid move: %s\n", word.c_str());
         return false;
     }
-    const Move made = makeMove(gameBoard, move);
-    if (!made) {
+    if (!playGameMove(gameBoard, move)) {
         printf("move not accepted: %s\n", word.c_str());
         return false;
     }
-    gameBoard.lastMove = made;
     return true;
 }
 

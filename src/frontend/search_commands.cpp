@@ -5,7 +5,7 @@
 #include <span>
 
 #include "board/board.h"
-#include "board/makemove.h"
+#include "board/gamemove.h"
 #include "board/notation.h"
 #include "book/book.h"
 #include "frontend/console.h"
@@ -26,9 +26,8 @@ public:
         }
         char text[MOVE_TEXT_SIZE];
         moveToText(gameBoard, text, best);
-        const Move made = makeMove(gameBoard, best & 0x3FFFFF7F);
+        playGameMove(gameBoard, best & 0x3FFFFF7F);
         printf("my move: %s\n", text);
-        if (made != NO_MOVE) gameBoard.lastMove = made;
         gameBoard.print(stdout, 0);
         fflush(stdout);
     }

@@ -13,8 +13,8 @@ void setTimeLimits(uint32_t outOfBookPly, int wtime, int btime, int winc, int bi
     // The first moves after the book get more time: the table holds nothing yet to build on.
     timeControl.outOfBook = 0;
     const uint32_t p = outOfBookPly;
-    if (p != 0 && gameBoard.ply + 1 >= p) {
-        timeControl.outOfBook = int((gameBoard.ply + 1 - p) >> 1) + 1;
+    if (p != 0 && gameBoard.gamePly() + 1 >= p) {
+        timeControl.outOfBook = int((gameBoard.gamePly() + 1 - p) >> 1) + 1;
         log.info("out of book=%i\n", timeControl.outOfBook);
     }
 

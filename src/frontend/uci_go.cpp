@@ -15,7 +15,7 @@ bool Uci::playBookMove() {
         return true;
     }
     // The first search out of book: from here on the book stays shut until a new game.
-    outOfBook.ply = gameBoard.ply + 1;
+    outOfBook.ply = gameBoard.gamePly() + 1;
     outOfBook.keyHigh = highHalf(gameBoard.hash);
     outOfBook.keyLow = lowHalf(gameBoard.hash);
     log.info("Uci:First search out of book is at %u ply\n", outOfBook.ply);

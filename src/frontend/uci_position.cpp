@@ -1,7 +1,7 @@
 // "position": sets up the game board from "startpos" or a FEN and plays the moves after "moves".
 #include <string>
 
-#include "board/makemove.h"
+#include "board/gamemove.h"
 #include "board/notation.h"
 #include "frontend/uci.h"
 
@@ -52,17 +52,15 @@ void Uci::position() {
                 log.info("SKIP continuation move: %s\n", word.c_str());
                 continue;
             }
-            Move move = isMove(gameBoard, word.c_str());
+            const Move move = isMove(gameBoard, word.c_str());
             if (move == NO_MOVE) {
                 log.warning("WARNING invalid move from GUI: %s\n", word.c_str());
                 break;
             }
-            move = makeMove(gameBoard, move);
-            if (move == NO_MOVE) {
+            if (playGameMove(gameBoard, move) == NO_MOVE) {
                 log.warning("illegal move: %s\n", word.c_str());
                 break;
             }
-            gameBoard.lastMove = move;
             if (highHalf(gameBoard.hash) == outOfBook.keyHigh && lowHalf(gameBoard.hash) == outOfBook.keyLow)
                 reachedOutOfBook = true;
         }

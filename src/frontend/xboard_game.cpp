@@ -1,9 +1,11 @@
 // The game under xboard: moves from the GUI, taking them back, the clock, and thinking on the engine's
-// turn. The board keeps its whole history (its piece lists are never compacted) so every move played
-// here can be taken back.
+// turn. The board's piece lists are never compacted, so every move played here can be taken back, as
+// far as the history holds it: a long game drops the plies before its last capture or pawn move.
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
+#include "board/gamemove.h"
 #include "board/notation.h"
 #include "book/book.h"
 #include "frontend/time_limits.h"
@@ -30,11 +32,19 @@ int baseTimeMs(const char* text) {
 }  // namespace
 
 Move Xboard::makeGameMove(Move move) {
-    const SavedState saved = saveState(gameBoard);
     const Move before = gameBoard.lastMove;
-    const Move made = makeMove(gameBoard, move);
+    const uint32_t dropped = gameBoard.droppedPlies;
+    SavedState saved;
+    const Move made = playGameMove(gameBoard, move, &saved);
+    if (gameBoard.droppedPlies != dropped) {
+        // The board dropped the plies before its last capture or pawn move: those moves cannot be taken
+        // back any more, and the ones it kept, all reversible, now count from its new start.
+        const size_t held = gameBoard.ply - (made != NO_MOVE ? 1 : 0);
+        const size_t kept = std::min(held, undoStack.size());
+        undoStack.erase(undoStack.begin(), undoStack.end() - static_cast<std::ptrdiff_t>(kept));
+        for (UndoEntry& entry : undoStack) entry.state.lastIrreversible = 0;
+    }
     if (made == NO_MOVE) return NO_MOVE;
-    gameBoard.lastMove = made;
     undoStack.push_back({made, saved, before});
     return made;
 }
@@ -104,7 +114,7 @@ bool Xboard::playBookMove() {
         return true;
     }
     // The first search out of book: from here on the book stays shut until a new game.
-    outOfBookPly = gameBoard.ply + 1;
+    outOfBookPly = gameBoard.gamePly() + 1;
     log.info("Uci:First search out of book is at %u ply\n", outOfBookPly);
     return false;
 }
@@ -121,7 +131,7 @@ void Xboard::think() {
     int winc = clock.incrementMs, binc = clock.incrementMs, depth = clock.depth, movetime = clock.moveTimeMs;
     int movesToGo = 0;
     if (clock.movesPerSession > 0)
-        movesToGo = clock.movesPerSession - int(gameBoard.ply / 2) % clock.movesPerSession;
+        movesToGo = clock.movesPerSession - int(gameBoard.gamePly() / 2) % clock.movesPerSession;
     bool infinite = false;
     int newStatus = SEARCHING;
     for (String word = nextWord(args); !word.empty() || !args.empty(); word = nextWord(args)) {

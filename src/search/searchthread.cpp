@@ -1,8 +1,8 @@
 #include "search/searchthread.h"
 
-#include <algorithm>
 #include <cstring>
 
+#include "board/gamemove.h"
 #include "frontend/util/log.h"
 #include "search/timecontrol.h"
 
@@ -51,27 +51,14 @@ void SearchThread::threadBody() {
     }
 }
 
-namespace {
-
-// A game too long for the history to hold a search on top of it keeps only its recent plies: all that
-// the draw rules read lies after the last capture or pawn move, and the fifty-move rule ends at 100.
-void makeRoomInHistory(Board& board) {
-    constexpr int KEEP = 128;
-    if (static_cast<int>(board.ply) + MAX_PLY + 8 <= MAX_PLY_HISTORY) return;
-    const int shift = static_cast<int>(board.ply) - KEEP;
-    std::memmove(board.hashHistory, board.hashHistory + shift, KEEP * sizeof board.hashHistory[0]);
-    std::memmove(board.moves, board.moves + shift, KEEP * sizeof board.moves[0]);
-    board.ply = KEEP;
-    board.lastIrreversible = static_cast<uint16_t>(std::max(0, board.lastIrreversible - shift));
-}
-
-}  // namespace
+// The deepest line a search plays on top of its root must fit in the room a game leaves in the history.
+static_assert(MAX_PLY <= HISTORY_ROOM);
 
 void SearchThread::startSearch(bool synchronous) {
     stop.store(0, std::memory_order_relaxed);
     // The search works on its own copy: the protocol may set up the next position meanwhile.
     board = gameBoard;
-    makeRoomInHistory(board);
+    keepHistoryRoom(board);
     // What ponderhit reads must not be left over from the last search.
     depth.store(0, std::memory_order_relaxed);
     rootCount.store(0, std::memory_order_relaxed);

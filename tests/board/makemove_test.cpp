@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
+#include "board/gamemove.h"
 #include "board/movegen.h"
 #include "board/notation.h"
 #include "board/tables.h"
@@ -129,6 +132,49 @@ TEST(MakeMove, PromotionsAndHistoryStayWithinTheirTables) {
     EXPECT_EQ(makeMove(board, makeMoveWord(0x74, 0x64)), NO_MOVE);
     EXPECT_FALSE(makeNullMove(board));
     EXPECT_EQ(board.ply, static_cast<uint32_t>(MAX_PLY_HISTORY));
+}
+
+// A game far longer than the history drops the plies before its last pawn move: the position, the side
+// to move, the fifty-move and ply counts and the repetitions since stay, and the moves since can still
+// be taken back. A run without pawn moves longer than the history keeps counting as a fifty-move draw.
+TEST(MakeMove, GameMovesKeepRoomInTheHistory) {
+    Board board = boardFrom("4k1n1/4p3/8/8/8/8/4P3/1N2K3 w - -");
+    std::vector<std::pair<Move, SavedState>> played;
+    auto playGame = [&](const char* text) {
+        SavedState saved;
+        const uint32_t dropped = board.droppedPlies;
+        const Move move = playGameMove(board, isMove(board, text), &saved);
+        ASSERT_NE(move, NO_MOVE) << text << " at ply " << board.gamePly();
+        // The moves played before the drop and still held followed the last pawn move.
+        if (board.droppedPlies != dropped)
+            for (auto& entry : played) entry.second.lastIrreversible = 0;
+        played.emplace_back(move, saved);
+        ASSERT_LE(static_cast<int>(board.ply) + HISTORY_ROOM, MAX_PLY_HISTORY);
+    };
+    auto shuffle = [&](int cycles) {
+        for (int i = 0; i < cycles; ++i)
+            for (const char* text : {"b1c3", "g8f6", "c3b1", "f6g8"}) playGame(text);
+    };
+    shuffle(190);
+    playGame("e2e3");
+    playGame("e7e6");
+    played.clear();
+    shuffle(10);
+    playGame("b1c3");
+    EXPECT_EQ(fenOf(board), "4k1n1/8/4p3/8/8/2N1P3/8/4K3 b - - 41 803");
+    EXPECT_EQ(board.hashHistory[board.ply - 4], board.hash);
+    while (!played.empty()) {
+        takeBack(board, played.back().first, played.back().second);
+        played.pop_back();
+    }
+    EXPECT_EQ(fenOf(board), "4k1n1/8/4p3/8/8/4P3/8/1N2K3 w - - 0 762");
+    EXPECT_EQ(board.hash, boardFrom("4k1n1/8/4p3/8/8/4P3/8/1N2K3 w - -").hash);
+
+    board = boardFrom("4k1n1/4p3/8/8/8/8/4P3/1N2K3 b - -");
+    for (int i = 0; i < 300; ++i)
+        for (const char* text : {"g8f6", "b1c3", "f6g8", "c3b1"}) playGame(text);
+    EXPECT_GE(board.ply - board.lastIrreversible, static_cast<uint32_t>(LONGEST_REVERSIBLE_RUN));
+    EXPECT_EQ(board.gamePly(), 1200u);
 }
 
 TEST(MakeMove, NullMovePassesAndClearsTheEnPassantSquare) {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "engine_process.h"
+#include "long_game.h"
 
 namespace {
 
@@ -92,6 +93,25 @@ TEST(PositionCommands, MoveLines) {
     EXPECT_EQ(session("0-0\n"), "% no such command: 0-0\n% ");
     EXPECT_EQ(session("Ke2z\n"),
               "% illegal char in move Ke2z: z\nnot a valid move: Ke2z\nno such command: Ke2z\n% ");
+}
+
+// Typed in by hand, a game may grow past the board's history: it is played on exactly, and the console
+// search answers a legal move in it.
+TEST(PositionCommands, GameLongerThanTheHistory) {
+    const LongGame game = buildLongGame(3001);
+    std::string input;
+    for (size_t i = 0; i < game.moves.size(); ++i) input += game.moves[i] + (i % 10 == 9 ? "\n" : " ");
+    const std::string out = session(input + "\nm\nmd 3\ng\n");
+    const size_t list = out.find("#moves = ");
+    ASSERT_NE(list, std::string::npos) << out.substr(out.size() > 3000 ? out.size() - 3000 : 0);
+    EXPECT_NE(out.rfind(game.fen + "\n", list), std::string::npos) << game.fen;
+    Board end = game.end;
+    EXPECT_EQ(out.substr(list, out.find('\n', list) - list),
+              "#moves = " + std::to_string(engineLegalMoves(end).size()));
+    const size_t answer = out.find("my move: ", list);
+    ASSERT_NE(answer, std::string::npos) << out.substr(list);
+    const std::string move = out.substr(answer + 9, out.find('\n', answer) - answer - 9);
+    EXPECT_TRUE(isLegalIn(game.end, move)) << move << " in " << game.fen;
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "long_game.h"
 #include "uci_session.h"
 
 namespace {
@@ -68,6 +69,29 @@ TEST(UciPosition, ThreeHundredMoveGame) {
     EXPECT_EQ(session.logText().find("WARNING"), std::string::npos);
     out = session.exchange("go depth 2\n", "bestmove ");
     EXPECT_NE(out.find("info depth 2"), std::string::npos) << out;
+}
+
+// A GUI may send games of thousands of plies, far more than the board's history holds: the whole game is
+// set up, with its fifty-move and ply counts, and the answer is legal in it. An odd length leaves Black
+// to move, so an answer for a game cut short at an even ply is caught too.
+TEST(UciPosition, GameLongerThanTheHistory) {
+    const LongGame game = buildLongGame(3001);
+    UciSession session("uci_longer_game");
+    std::string line = "position startpos moves";
+    for (const std::string& move : game.moves) line += " " + move;
+    Board end = game.end;
+    std::string out = movesAfter(session, line + "\n");
+    const std::string count = "#moves = " + std::to_string(engineLegalMoves(end).size()) + "\n";
+    EXPECT_NE(out.find(count), std::string::npos) << out;
+    const std::string log = session.logText();
+    EXPECT_EQ(log.find("WARNING"), std::string::npos);
+    EXPECT_NE(log.find(game.fen + "\n"), std::string::npos) << game.fen;
+
+    out = session.exchange("go depth 3\n", "bestmove ");
+    out += session.settle("");
+    const size_t at = out.find("bestmove ") + 9;
+    const std::string best = out.substr(at, out.find_first_of(" \n", at) - at);
+    EXPECT_TRUE(isLegalIn(game.end, best)) << best << " in " << game.fen;
 }
 
 TEST(UciPosition, UnreadableFenFallsBackToTheStartPosition) {

@@ -244,6 +244,30 @@ TEST_F(XboardTest, UndoRestoresEveryKindOfMoveAndRefusesAnEmptyHistory) {
     EXPECT_EQ(output(), "tellusererror cannot undo\n");
 }
 
+// A game longer than the board's history: the moves since its last pawn move can still be taken back,
+// the earlier ones no longer.
+TEST_F(XboardTest, UndoInALongGameReachesBackToTheLastPawnMove) {
+    send("setboard 4k1n1/4p3/8/8/8/8/4P3/1N2K3 w - - 0 1");
+    send("force");
+    const char* cycle[] = {"b1c3", "g8f6", "c3b1", "f6g8"};
+    for (int i = 0; i < 1000; ++i) send(std::string("usermove ") + cycle[i % 4]);
+    send("usermove e2e3");
+    send("usermove e7e6");
+    std::vector<std::string> positions;
+    for (int i = 0; i < 40; ++i) {
+        positions.push_back(fenOf(gameBoard));
+        send(std::string("usermove ") + cycle[i % 4]);
+    }
+    EXPECT_EQ(fenOf(gameBoard), "4k1n1/8/4p3/8/8/4P3/8/1N2K3 w - - 40 1042");
+    for (size_t i = positions.size(); i-- > 0;) {
+        handler.undo();
+        EXPECT_EQ(fenOf(gameBoard), positions[i]);
+    }
+    EXPECT_EQ(output(), "");
+    handler.undo();
+    EXPECT_EQ(output(), "tellusererror cannot undo\n");
+}
+
 TEST_F(XboardTest, NewKeepsThePositionAndPlaysBlack) {
     send("xboard");
     send("force");
