@@ -72,4 +72,9 @@ TEST(KingAttack, ZoneSquaresCoverBatteriesAndStacks) {
     EXPECT_EQ(attack("k6r/7r/8/8/8/8/5PP1/6K1 w - -"), -24);
     EXPECT_EQ(attack("k6r/8/8/8/8/8/5PP1/6K1 w - -"), -1);  // 2 x -12 x 16 / 256
     EXPECT_EQ(attack("k6r/7r/8/8/8/8/5PPP/6K1 w - -"), 0);
+    // A slider bears on the one square beside the king its line enters first: the queen on h4 on f2
+    // (level with h2, and on the a-side), which the knight on g3 shuts off; h2 does not count instead.
+    EXPECT_EQ(attack("k7/8/8/8/7q/6N1/8/6K1 w - -"), 0);
+    // In the corner the square the order prefers is off the board: the bishop on a3 bears on b2.
+    EXPECT_EQ(attack("k7/8/8/8/8/b2n4/8/K7 w - -"), -12);
 }
