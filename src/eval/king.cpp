@@ -121,13 +121,15 @@ int attackOn(const Board& board) {
     const int king = board.kingSquare(side);
     int count = 0, weight = 0;
 
-    // Whether the slider on from reaches the zone square target: an empty path, a square no defending
-    // pawn covers, and on a file no defending pawn on the square itself (the shelter pawn shuts it).
+    // Whether the slider on from reaches the square target beside the king: an empty path and a square
+    // no defending pawn covers. Along a file, a defending pawn just beyond the square, as the slider
+    // looks, shuts the file too: it is the defender's own pawns that close a file, and "behind" is
+    // taken along the slider's line so that the rule reads the same from whichever end it comes.
     auto reaches = [&](int from, int target) {
         if (!pathEmpty(board, from, target)) return false;
         const int behind = target - pawnStep(side);
         if (pawnAt(board, side, behind - 1) || pawnAt(board, side, behind + 1)) return false;
-        return !(fileOf(from) == fileOf(target) && pawnAt(board, side, target));
+        return !(fileOf(from) == fileOf(target) && pawnAt(board, side, target + direction[target - from]));
     };
     // Movers of the kind (BISHOP_BIT or ROOK_BIT; queens have both) stacked behind the slider on from,
     // up to limit, on its line to the square it bears on; -1 when it does not reach that square.
