@@ -176,6 +176,25 @@ TEST(Search, OnlyANodeThatFailsLowSearchesItsRecaptureAgain) {
     }
 }
 
+TEST(Search, QuiescenceInCheckAtItsFirstLevelPassesThatLevelOn) {
+    // The rook checks on the first rank and Ng1 is the only answer. The reply's node searches with the
+    // quiescence depth of the checked node, and stores at the table depth of that level.
+    ASSERT_TRUE(gameBoard.setFen("6k1/8/8/8/8/7N/6PP/r6K w - - 0 1"));
+    SearchThread& thread = searchThread;
+    thread.board = gameBoard;
+    thread.clearRecord();
+    thread.stop.store(0);
+    timeControl.setMoveTime(20000);
+    timeControl.start();
+    tt.clear();
+    quiescence(thread, 2, -MATE, MATE, 4, gameBoard.lastMove);
+    Board reply = gameBoard;
+    ASSERT_NE(makeMove(reply, isMove(reply, "Ng1")), NO_MOVE);
+    TtEntry entry;
+    ASSERT_TRUE(tt.probe(reply, entry));
+    EXPECT_EQ(entry.depth, 0);
+}
+
 TEST(Search, UnconfirmedFailHighKeepsTheBestMove) {
     // Winning the queen is best; h3 is made to look better on its null window by a false table entry
     // for the position after it, which the full-window re-search (a PV node) does not believe.
