@@ -59,11 +59,6 @@ bool checksFrom(const Board& board, Move move, int enemyKing) {
     return square == enemyKing;
 }
 
-bool isUnderpromotion(Move move) {
-    const int kind = promotionKind(move);
-    return kind != 0 && kind != QUEEN;
-}
-
 int kingDistance(int a, int b) {
     return std::max(std::abs(fileOf(a) - fileOf(b)), std::abs(rankOf(a) - rankOf(b)));
 }
@@ -76,7 +71,6 @@ Picker::Picker(Board& b, int firstStage, Move killer1, Move killer2, Move hash, 
       end(moves),
       deferredBegin(moves + MAX_MOVES),
       deferredEnd(moves + MAX_MOVES),
-      underpromotionsBegin(moves + 2 * MAX_MOVES),
       killers{killer1, killer2},
       hashMove(hash),
       deltaUnits(delta),
@@ -128,12 +122,6 @@ Move* Picker::next() {
                 batch = deferredBegin;
                 end = deferredEnd;
                 break;
-            case PICK_UNDERPROMOTIONS:
-                // Set aside from the top down: turn them back into the order they were set aside in.
-                batch = underpromotionsBegin;
-                end = moves + 2 * MAX_MOVES;
-                std::reverse(batch, end);
-                break;
             case PICK_EVASIONS:
                 batch = moves;
                 break;
@@ -162,8 +150,9 @@ Move* Picker::next() {
     return nullptr;
 }
 
-// Captures and queen promotions that do not lose material, best exchange first. Losing captures and
-// underpromotions are set aside for later batches.
+// Captures and promotions that do not lose material, best exchange first; losing ones are set aside
+// for a later batch. An underpromotion is an exchange like any other: it gains nothing, and it keeps
+// its place among the moves searched early and in full when the piece it makes is safe.
 Move* Picker::goodCaptures() {
     Board& b = *board;
     const int side = static_cast<int>(b.sideToMove);
@@ -171,11 +160,6 @@ Move* Picker::goodCaptures() {
     int keys[MAX_MOVES];
     Move* m = moves;
     while (m < last) {
-        if (isUnderpromotion(*m)) {
-            *--underpromotionsBegin = *m;
-            *m = *--last;
-            continue;
-        }
         const int value = see(b, side, *m);
         if (value < 0) {
             *deferredEnd++ = *m;
