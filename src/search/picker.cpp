@@ -258,14 +258,25 @@ void Picker::orderThreatEvasions(Move threat) {
     const int threatFrom = moveFrom(threat);
     const int threatTo = moveTo(threat);
     const int line = direction[threatTo - threatFrom];
-    Move* front = deferredEnd;
-    for (Move* m = deferredEnd; m < end; m++) {
-        if (*m == NO_MOVE) continue;
-        const int from = moveFrom(*m);
-        const int to = moveTo(*m);
+    // Each move's group: 0 the threatened piece stepping away, 1 a piece stepping into the threat's
+    // line, 2 the rest. Saving the piece outright is tried before blocking, and the rest keep the
+    // generator's order.
+    const int count = static_cast<int>(end - deferredEnd);
+    Move batch[MAX_MOVES];
+    int group[MAX_MOVES];
+    for (int i = 0; i < count; i++) {
+        const Move m = batch[i] = deferredEnd[i];
+        group[i] = 2;
+        if (m == NO_MOVE) continue;
+        const int from = moveFrom(m);
+        const int to = moveTo(m);
         const bool stepsAway = from == threatTo;
         const bool interposes =
             line != 0 && direction[to - threatFrom] == line && direction[threatTo - to] == line;
-        if ((stepsAway || interposes) && see(b, side, *m) >= 0) std::swap(*front++, *m);
+        if ((stepsAway || interposes) && see(b, side, m) >= 0) group[i] = stepsAway ? 0 : 1;
     }
+    Move* out = deferredEnd;
+    for (int g = 0; g < 3; g++)
+        for (int i = 0; i < count; i++)
+            if (group[i] == g) *out++ = batch[i];
 }

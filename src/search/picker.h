@@ -63,7 +63,7 @@ struct Picker {
     // The first move of the next non-empty batch (it runs to `end`), or null when none is left.
     Move* next();
     // Moves the quiet batch's safe answers to the null-move threat to its front: steps of the
-    // threatened piece and interpositions on the threat's line, in batch order.
+    // threatened piece, then interpositions on the threat's line, each in batch order.
     void orderThreatEvasions(Move threat);
 
   private:
