@@ -107,9 +107,9 @@ Move* Picker::next() {
                 break;
             case PICK_KILLER_1:
             case PICK_KILLER_2: {
+                // The killer update never leaves one move in both slots, so each is offered once.
                 Move& killer = killers[stage - PICK_KILLER_1];
-                const bool repeated = stage == PICK_KILLER_2 && killer == killers[0];
-                if (killer != NO_MOVE && (repeated || !isValidMove(*board, killer))) killer = NO_MOVE;
+                if (killer != NO_MOVE && !isValidMove(*board, killer)) killer = NO_MOVE;
                 batch = &killer;
                 end = killer != NO_MOVE ? &killer + 1 : &killer;
                 break;
