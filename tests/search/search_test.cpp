@@ -29,6 +29,20 @@ constexpr MateProblem MATES[] = {
     {"r6k/ppp3pp/8/6N1/2Q5/8/PPP2PPP/6K1 w - - 0 1", 4, "Ng5f7+"},
 };
 
+// The search thread on fen with a fresh record, a long clock and an empty table, for calls straight
+// into the tree search.
+SearchThread& threadAt(const char* fen) {
+    EXPECT_TRUE(gameBoard.setFen(fen)) << fen;
+    SearchThread& thread = searchThread;
+    thread.board = gameBoard;
+    thread.clearRecord();
+    thread.stop.store(0);
+    timeControl.setMoveTime(20000);
+    timeControl.start();
+    tt.clear();
+    return thread;
+}
+
 TEST(Search, SolvesMatesWithTheExactDistanceAndMove) {
     for (const MateProblem& problem : MATES) {
         const SearchOutcome found = searchPosition(problem.fen, 2 * problem.mateIn + 2, 20000);
@@ -106,13 +120,7 @@ TEST(Search, LinesDownToTheDeepestPlyStayInBounds) {
 }
 
 TEST(Search, MateDistancePruningCutsBeforeAnyMove) {
-    ASSERT_TRUE(gameBoard.setFen("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP3PPP/R2QKB1R w KQ - 0 8"));
-    SearchThread& thread = searchThread;
-    thread.board = gameBoard;
-    thread.clearRecord();
-    thread.stop.store(0);
-    timeControl.setMoveTime(20000);
-    timeControl.start();
+    SearchThread& thread = threadAt("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP3PPP/R2QKB1R w KQ - 0 8");
     // Mating from ply 5 takes at least until ply 6: no better than MATE - 6 is possible.
     EXPECT_EQ(alphaBeta(thread, 5, MATE - 5, MATE - 4, 6, NO_MOVE, NODE_CUT), MATE - 6);
     // Not in check at ply 4, the side to move cannot be mated before ply 6.
@@ -123,14 +131,7 @@ TEST(Search, MateDistancePruningCutsBeforeAnyMove) {
 }
 
 TEST(Search, TableScoresAreReadRelativeToTheNode) {
-    ASSERT_TRUE(gameBoard.setFen("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP3PPP/R2QKB1R w KQ - 0 8"));
-    SearchThread& thread = searchThread;
-    thread.board = gameBoard;
-    thread.clearRecord();
-    thread.stop.store(0);
-    timeControl.setMoveTime(20000);
-    timeControl.start();
-    tt.clear();
+    SearchThread& thread = threadAt("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP3PPP/R2QKB1R w KQ - 0 8");
 
     // A mate ten plies from the root found at ply 3 is a mate twelve plies from the root at ply 5.
     storeEntry(thread, 3, NO_MOVE, MATE - 10, 20, TT_EXACT);
@@ -179,14 +180,7 @@ TEST(Search, OnlyANodeThatFailsLowSearchesItsRecaptureAgain) {
 TEST(Search, QuiescenceInCheckAtItsFirstLevelPassesThatLevelOn) {
     // The rook checks on the first rank and Ng1 is the only answer. The reply's node searches with the
     // quiescence depth of the checked node, and stores at the table depth of that level.
-    ASSERT_TRUE(gameBoard.setFen("6k1/8/8/8/8/7N/6PP/r6K w - - 0 1"));
-    SearchThread& thread = searchThread;
-    thread.board = gameBoard;
-    thread.clearRecord();
-    thread.stop.store(0);
-    timeControl.setMoveTime(20000);
-    timeControl.start();
-    tt.clear();
+    SearchThread& thread = threadAt("6k1/8/8/8/8/7N/6PP/r6K w - - 0 1");
     quiescence(thread, 2, -MATE, MATE, 4, gameBoard.lastMove);
     Board reply = gameBoard;
     ASSERT_NE(makeMove(reply, isMove(reply, "Ng1")), NO_MOVE);
