@@ -61,6 +61,9 @@ bool wrongRookPawn(const Board& board, const PawnEntry& entry, int strong) {
     if (pieces > 1 || (pieces == 1 && bishopCount(material) != 1)) return false;
     const PawnBlock& block = entry.block[strong];
     const int corner = block.pawnFreeFiles == 0xFE ? 0 : block.pawnFreeFiles == 0x7F ? 7 : -1;
+    // The defending king is measured against the first passed pawn, which with pawns on one rook file
+    // is the front pawn. When that pawn is not passed, an enemy pawn stands ahead of it or beside it:
+    // a capture may take the pawn off the rook file, so there is no draw to recognise.
     if (corner < 0 || block.passedCount == 0) return false;
     const int defender = board.kingSquare(strong ^ 1);
     if (std::abs(fileOf(defender) - corner) > 1 ||

@@ -121,51 +121,51 @@ int attackOn(const Board& board) {
     const int king = board.kingSquare(side);
     int count = 0, weight = 0;
 
-    // Whether the slider on from reaches the zone square target: an empty path, a square no defending
-    // pawn covers, and on a file no defending pawn on the square itself (the shelter pawn shuts it).
+    // Whether the slider on from reaches the square target beside the king: an empty path and a square
+    // no defending pawn covers. Along a file, a defending pawn just beyond the square, as the slider
+    // looks, shuts the file too: it is the defender's own pawns that close a file, and "behind" is
+    // taken along the slider's line so that the rule reads the same from whichever end it comes.
     auto reaches = [&](int from, int target) {
-        if (!onBoard(target) || !pathEmpty(board, from, target)) return false;
+        if (!pathEmpty(board, from, target)) return false;
         const int behind = target - pawnStep(side);
         if (pawnAt(board, side, behind - 1) || pawnAt(board, side, behind + 1)) return false;
-        return !(fileOf(from) == fileOf(target) && pawnAt(board, side, target));
+        return !(fileOf(from) == fileOf(target) && pawnAt(board, side, target + direction[target - from]));
     };
     // Movers of the kind (BISHOP_BIT or ROOK_BIT; queens have both) stacked behind the slider on from,
-    // up to limit, over the lines on which it reaches the zone; -1 when it reaches none.
+    // up to limit, on its line to the square it bears on; -1 when it does not reach that square.
     auto stacked = [&](const kingzone::Targets& targets, int from, uint8_t kind, int limit) {
-        int best = -1;
-        for (int i = 0; i < targets.count; ++i) {
-            const int target = king + targets.offset[i];
-            if (!reaches(from, target)) continue;
-            const int step = direction[from - target];  // away from the king, beyond the slider
-            int n = 0, at = from;
-            while (n < limit) {
-                do at += step;
-                while (onBoard(at) && isEmpty(board, at));
-                const uint8_t code = onBoard(at) ? codeAt(board, at) : 0;
-                if (!ownsPiece(code, enemy) || !(code & kind)) break;
-                ++n;
-            }
-            best = std::max(best, n);
+        int target = -1;
+        for (int i = 0; i < targets.count && target < 0; ++i)
+            if (onBoard(king + targets.offset[i])) target = king + targets.offset[i];
+        if (target < 0 || !reaches(from, target)) return -1;
+        const int step = direction[from - target];  // away from the king, beyond the slider
+        int n = 0, at = from;
+        while (n < limit) {
+            do at += step;
+            while (onBoard(at) && isEmpty(board, at));
+            const uint8_t code = onBoard(at) ? codeAt(board, at) : 0;
+            if (!ownsPiece(code, enemy) || !(code & kind)) break;
+            ++n;
         }
-        return best;
+        return n;
     };
 
     forEachPiece(board, enemy, KNIGHT_SLOT, [&](int square) {
         if (kingzone::KNIGHT[square - king + 128]) ++count;
     });
     forEachPiece(board, enemy, BISHOP_SLOT, [&](int square) {
-        const int behind = stacked(kingzone::BISHOP[square - king + 128], square, BISHOP_BIT, 1);
+        const int behind = stacked(kingzone::BISHOP[side][square - king + 128], square, BISHOP_BIT, 1);
         if (behind >= 0) count += 1 + behind;
     });
     weight = count;
     forEachPiece(board, enemy, ROOK_SLOT, [&](int square) {
-        const int behind = stacked(kingzone::ROOK[square - king + 128], square, ROOK_BIT, 2);
+        const int behind = stacked(kingzone::ROOK[side][square - king + 128], square, ROOK_BIT, 2);
         if (behind < 0) return;
         count += 1 + behind;
         weight += 2 * (1 + behind);
     });
     forEachPiece(board, enemy, QUEEN_SLOT, [&](int square) {
-        if (stacked(kingzone::QUEEN[square - king + 128], square, 0, 0) < 0) return;
+        if (stacked(kingzone::QUEEN[side][square - king + 128], square, 0, 0) < 0) return;
         count += 1;
         weight += 4;
     });

@@ -404,9 +404,10 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
     }
 
     // Step 26. Fail low.
-    if (best <= alpha) {
+    if (best <= alphaOnEntry) {
         // A recapture that won more than the opponent's capture took may have been judged too
-        // shallowly: search it once more a ply deeper.
+        // shallowly: search it once more a ply deeper. Only here, where no move reached alpha: a node
+        // whose best move raised alpha has its exact score already.
         if (bestMove != NO_MOVE && moveTo(bestMove) == moveTo(lastMove) &&
             capturedValue(bestMove) > capturedValue(lastMove)) {
             const Move move = bestMove & KILLER_MASK;

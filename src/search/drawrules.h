@@ -11,7 +11,10 @@ inline Move reversalDraw(const Board& board, int searchPly, int beta, Move lastM
     if (searchPly < 3 || beta > 0 || board.ply - board.lastIrreversible <= 2 || lastMove == NO_MOVE) return NO_MOVE;
     const Move a = board.moves[board.ply - 3];  // the opponent's move before
     const Move b = board.moves[board.ply - 2];  // the side to move's move in between
-    if (a == NO_MOVE || b == NO_MOVE) return NO_MOVE;  // a null move is no move to take back
+    // A null move is no move to take back: read as a word it would be a step from a1 to a1, and the
+    // test below would ask about lines through a1. Over a null move the position only repeats with the
+    // other side to move, which is no repetition.
+    if (a == NO_MOVE || b == NO_MOVE) return NO_MOVE;
     if (moveFrom(a) != moveTo(lastMove) || moveTo(a) != moveFrom(lastMove) || (b & MOVE_CASTLING)) return NO_MOVE;
     // The piece that came back must not stand in the way of b's way back.
     if (direction[moveFrom(b) - moveTo(b)] == direction[moveFrom(a) - moveTo(b)]) return NO_MOVE;

@@ -48,7 +48,8 @@ inline bool clockRanOut(uint64_t count) { return (count & 1023) == 0 && timeCont
 
 inline bool isQuiet(Move move) { return !isCapture(move) && promotionKind(move) == 0; }
 
-// A quiet move that cut off goes to the front of the ply's two killers.
+// A quiet move that cut off goes to the front of the ply's two killers. A move already in front stays
+// where it is, so the two slots never hold the same move.
 inline void updateKillers(SearchThread& thread, int ply, Move move) {
     move &= KILLER_MASK;
     Move* slot = thread.killer[ply];

@@ -59,11 +59,6 @@ bool checksFrom(const Board& board, Move move, int enemyKing) {
     return square == enemyKing;
 }
 
-bool isUnderpromotion(Move move) {
-    const int kind = promotionKind(move);
-    return kind != 0 && kind != QUEEN;
-}
-
 int kingDistance(int a, int b) {
     return std::max(std::abs(fileOf(a) - fileOf(b)), std::abs(rankOf(a) - rankOf(b)));
 }
@@ -76,7 +71,6 @@ Picker::Picker(Board& b, int firstStage, Move killer1, Move killer2, Move hash, 
       end(moves),
       deferredBegin(moves + MAX_MOVES),
       deferredEnd(moves + MAX_MOVES),
-      underpromotionsBegin(moves + 2 * MAX_MOVES),
       killers{killer1, killer2},
       hashMove(hash),
       deltaUnits(delta),
@@ -113,9 +107,9 @@ Move* Picker::next() {
                 break;
             case PICK_KILLER_1:
             case PICK_KILLER_2: {
+                // The killer update never leaves one move in both slots, so each is offered once.
                 Move& killer = killers[stage - PICK_KILLER_1];
-                const bool repeated = stage == PICK_KILLER_2 && killer == killers[0];
-                if (killer != NO_MOVE && (repeated || !isValidMove(*board, killer))) killer = NO_MOVE;
+                if (killer != NO_MOVE && !isValidMove(*board, killer)) killer = NO_MOVE;
                 batch = &killer;
                 end = killer != NO_MOVE ? &killer + 1 : &killer;
                 break;
@@ -127,12 +121,6 @@ Move* Picker::next() {
             case PICK_LOSING_CAPTURES:
                 batch = deferredBegin;
                 end = deferredEnd;
-                break;
-            case PICK_UNDERPROMOTIONS:
-                // Set aside from the top down: turn them back into the order they were set aside in.
-                batch = underpromotionsBegin;
-                end = moves + 2 * MAX_MOVES;
-                std::reverse(batch, end);
                 break;
             case PICK_EVASIONS:
                 batch = moves;
@@ -162,8 +150,9 @@ Move* Picker::next() {
     return nullptr;
 }
 
-// Captures and queen promotions that do not lose material, best exchange first. Losing captures and
-// underpromotions are set aside for later batches.
+// Captures and promotions that do not lose material, best exchange first; losing ones are set aside
+// for a later batch. An underpromotion is an exchange like any other: it gains nothing, and it keeps
+// its place among the moves searched early and in full when the piece it makes is safe.
 Move* Picker::goodCaptures() {
     Board& b = *board;
     const int side = static_cast<int>(b.sideToMove);
@@ -171,11 +160,6 @@ Move* Picker::goodCaptures() {
     int keys[MAX_MOVES];
     Move* m = moves;
     while (m < last) {
-        if (isUnderpromotion(*m)) {
-            *--underpromotionsBegin = *m;
-            *m = *--last;
-            continue;
-        }
         const int value = see(b, side, *m);
         if (value < 0) {
             *deferredEnd++ = *m;
@@ -274,14 +258,25 @@ void Picker::orderThreatEvasions(Move threat) {
     const int threatFrom = moveFrom(threat);
     const int threatTo = moveTo(threat);
     const int line = direction[threatTo - threatFrom];
-    Move* front = deferredEnd;
-    for (Move* m = deferredEnd; m < end; m++) {
-        if (*m == NO_MOVE) continue;
-        const int from = moveFrom(*m);
-        const int to = moveTo(*m);
+    // Each move's group: 0 the threatened piece stepping away, 1 a piece stepping into the threat's
+    // line, 2 the rest. Saving the piece outright is tried before blocking, and the rest keep the
+    // generator's order.
+    const int count = static_cast<int>(end - deferredEnd);
+    Move batch[MAX_MOVES];
+    int group[MAX_MOVES];
+    for (int i = 0; i < count; i++) {
+        const Move m = batch[i] = deferredEnd[i];
+        group[i] = 2;
+        if (m == NO_MOVE) continue;
+        const int from = moveFrom(m);
+        const int to = moveTo(m);
         const bool stepsAway = from == threatTo;
         const bool interposes =
             line != 0 && direction[to - threatFrom] == line && direction[threatTo - to] == line;
-        if ((stepsAway || interposes) && see(b, side, *m) >= 0) std::swap(*front++, *m);
+        if ((stepsAway || interposes) && see(b, side, m) >= 0) group[i] = stepsAway ? 0 : 1;
     }
+    Move* out = deferredEnd;
+    for (int g = 0; g < 3; g++)
+        for (int i = 0; i < count; i++)
+            if (group[i] == g) *out++ = batch[i];
 }

@@ -16,13 +16,13 @@
 // The batches in delivery order; `stage` names the batch last delivered.
 enum PickerStage : int {
     PICK_START = 0,
-    PICK_GOOD_CAPTURES = 1,  // captures and queen promotions with SEE >= 0, best SEE first
+    PICK_GOOD_CAPTURES = 1,  // captures and promotions of every kind with SEE >= 0, best SEE first
     PICK_KILLER_1 = 2,       // a one-move batch when the killer is pseudo-legal here
     PICK_KILLER_2 = 3,
     PICK_QUIET = 4,            // quiet moves in generator order, killers blanked
     PICK_LOSING_CAPTURES = 5,  // SEE < 0, in the order they were set aside
-    PICK_UNDERPROMOTIONS = 6,  // knight, rook and bishop promotions: rarely best, so last
-    PICK_INTERIOR_END = 7,
+    // No sixth batch: the capture and quiet generators between them yield every kind of move.
+    PICK_INTERIOR_END = 6,
     PICK_EVASIONS = 8,  // a node in check: every evasion in one batch, ranked after the killer stages
     PICK_EVASIONS_END = 9,
     PICK_QUIESCENCE_CAPTURES = 10,  // captures through the quiescence filter, hash move first
@@ -37,13 +37,12 @@ struct Picker {
     Move* end;  // one past the last move of the batch last delivered
     Move* deferredBegin;
     Move* deferredEnd;
-    Move* underpromotionsBegin;  // set aside by the first batch; they run to the end of moves
-    Move killers[2];             // cleared when not pseudo-legal here
-    Move hashMove;               // quiescence only
-    int deltaUnits;              // quiescence only: captures of less are dropped (0: keep all)
-    bool withChecks;             // quiescence only
+    Move killers[2];  // cleared when not pseudo-legal here
+    Move hashMove;    // quiescence only
+    int deltaUnits;   // quiescence only: captures of less are dropped (0: keep all)
+    bool withChecks;  // quiescence only
     // Lower half: the first batch. Upper half: the deferred captures, then the quiet moves (or the
-    // quiescence checks and pushes); the underpromotions fill it from the top down.
+    // quiescence checks and pushes).
     Move moves[2 * MAX_MOVES];
 
     // A node not in check.
@@ -64,7 +63,7 @@ struct Picker {
     // The first move of the next non-empty batch (it runs to `end`), or null when none is left.
     Move* next();
     // Moves the quiet batch's safe answers to the null-move threat to its front: steps of the
-    // threatened piece and interpositions on the threat's line, in batch order.
+    // threatened piece, then interpositions on the threat's line, each in batch order.
     void orderThreatEvasions(Move threat);
 
   private:

@@ -120,9 +120,9 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
     bool withChecks = false;
 
     if (inCheck) {
-        // Step 7. In check every evasion is searched; there is no standing pat. A forced reply keeps
-        // the checking sequence alive; a wide choice of replies ends it.
-        childQdepth = qdepth == 4 ? 1 : qdepth;
+        // Step 7. In check every evasion is searched; there is no standing pat. The replies keep this
+        // level's depth: a check met at the horizon leaves the position as unsettled as it found it.
+        childQdepth = qdepth;
     } else {
         // Step 8. Stand pat, or the bitbases' verdict.
         if (beta <= -(MATE - 1000)) return -(MATE - 1000);
@@ -145,6 +145,8 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
         withChecks = qdepth > 0;
     }
     Picker picker = inCheck ? Picker::evasions(board) : Picker::quiescence(board, hashMove, delta, withChecks);
+    // Below the first level, a forced reply keeps the checking sequence alive; a wide choice of
+    // replies ends it.
     if (inCheck && qdepth < 4) {
         if (picker.evasionCount() == 1 && qdepth == 0) childQdepth = 1;
         if (picker.evasionCount() > 3) childQdepth = 0;

@@ -68,8 +68,15 @@ TEST(KingAttack, ZoneSquaresCoverBatteriesAndStacks) {
     EXPECT_EQ(attack("k7/8/8/2q5/3b4/8/8/6K1 w - -"), -12);
     EXPECT_EQ(attack("k7/8/8/2r5/3b4/8/8/6K1 w - -"), 0);
     // Rooks on the h-file: the front one reaches h2 and the one behind it adds to count and weight:
-    // 4 x -12 x 128 / 256 = -24. A pawn on h2 shuts the file.
+    // 4 x -12 x 128 / 256 = -24. A pawn on h2 is where they bear, not behind it: they still count.
     EXPECT_EQ(attack("k6r/7r/8/8/8/8/5PP1/6K1 w - -"), -24);
     EXPECT_EQ(attack("k6r/8/8/8/8/8/5PP1/6K1 w - -"), -1);  // 2 x -12 x 16 / 256
-    EXPECT_EQ(attack("k6r/7r/8/8/8/8/5PPP/6K1 w - -"), 0);
+    EXPECT_EQ(attack("k6r/7r/8/8/8/8/5PPP/6K1 w - -"), -24);
+    // King g2: they bear on h3, and the pawn on h2 right behind it shuts the file.
+    EXPECT_EQ(attack("k6r/7r/8/8/8/8/5PKP/8 w - -"), 0);
+    // A slider bears on the one square beside the king its line enters first: the queen on h4 on f2
+    // (level with h2, and on the a-side), which the knight on g3 shuts off; h2 does not count instead.
+    EXPECT_EQ(attack("k7/8/8/8/7q/6N1/8/6K1 w - -"), 0);
+    // In the corner the square the order prefers is off the board: the bishop on a3 bears on b2.
+    EXPECT_EQ(attack("k7/8/8/8/8/b2n4/8/K7 w - -"), -12);
 }

@@ -53,6 +53,8 @@ TEST(DrawRules, RookPawnsWithTheDefendingKingInFront) {
     expectScore(evaluate, "k7/8/8/8/8/P7/8/2B1K3 w - -", true);
     expectScore(evaluate, "k7/8/8/8/8/P7/8/3BK3 w - -", false);
     expectScore(evaluate, "k7/8/8/8/8/P7/8/1N2K3 w - -", false);  // a knight is not a bishop
+    // The pawn is not passed: taking on b4 puts it on the knight's file.
+    expectScore(evaluate, "k7/8/8/8/1p6/P7/8/2B1K3 w - -", false);
 }
 
 TEST(DrawRules, OppositeBishopsHalveTheScoreKeepingTheOddUnit) {

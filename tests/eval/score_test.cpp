@@ -89,7 +89,7 @@ TEST(HandDerivedScore, KingShelterAndStorm) {
 // Pawns: the structures cancel; Black's dark bishop has one own pawn (g7) on its colour: -3 for
 // Black, so +3.
 // King g1: attackers knight g4 (hits f2 and h2), bishop d6 (reaches h2 over e5 f4 g3), queen h4
-// (reaches f2 over g3; h2 holds a pawn on its file): count 3, weight 1 + 1 + 4 = 6:
+// (of f2 and h2, both two steps off, it bears on the a-side one, f2, over g3): count 3, weight 1 + 1 + 4 = 6:
 // 6 x -12 x 192 / 256 = -54. Shelter f2 4, g2 7, h2 5, storm f7 1, h7 1: 14 points = 224,
 // f = 32, mult 288, add -16; phase 16 - 12 = 4: (-54 x 288 / 256 = -60) x 4 / 16 = -15, plus
 // -16 x 4 / 16 = -4: -19.

@@ -29,6 +29,20 @@ constexpr MateProblem MATES[] = {
     {"r6k/ppp3pp/8/6N1/2Q5/8/PPP2PPP/6K1 w - - 0 1", 4, "Ng5f7+"},
 };
 
+// The search thread on fen with a fresh record, a long clock and an empty table, for calls straight
+// into the tree search.
+SearchThread& threadAt(const char* fen) {
+    EXPECT_TRUE(gameBoard.setFen(fen)) << fen;
+    SearchThread& thread = searchThread;
+    thread.board = gameBoard;
+    thread.clearRecord();
+    thread.stop.store(0);
+    timeControl.setMoveTime(20000);
+    timeControl.start();
+    tt.clear();
+    return thread;
+}
+
 TEST(Search, SolvesMatesWithTheExactDistanceAndMove) {
     for (const MateProblem& problem : MATES) {
         const SearchOutcome found = searchPosition(problem.fen, 2 * problem.mateIn + 2, 20000);
@@ -106,13 +120,7 @@ TEST(Search, LinesDownToTheDeepestPlyStayInBounds) {
 }
 
 TEST(Search, MateDistancePruningCutsBeforeAnyMove) {
-    ASSERT_TRUE(gameBoard.setFen("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP3PPP/R2QKB1R w KQ - 0 8"));
-    SearchThread& thread = searchThread;
-    thread.board = gameBoard;
-    thread.clearRecord();
-    thread.stop.store(0);
-    timeControl.setMoveTime(20000);
-    timeControl.start();
+    SearchThread& thread = threadAt("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP3PPP/R2QKB1R w KQ - 0 8");
     // Mating from ply 5 takes at least until ply 6: no better than MATE - 6 is possible.
     EXPECT_EQ(alphaBeta(thread, 5, MATE - 5, MATE - 4, 6, NO_MOVE, NODE_CUT), MATE - 6);
     // Not in check at ply 4, the side to move cannot be mated before ply 6.
@@ -123,14 +131,7 @@ TEST(Search, MateDistancePruningCutsBeforeAnyMove) {
 }
 
 TEST(Search, TableScoresAreReadRelativeToTheNode) {
-    ASSERT_TRUE(gameBoard.setFen("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP3PPP/R2QKB1R w KQ - 0 8"));
-    SearchThread& thread = searchThread;
-    thread.board = gameBoard;
-    thread.clearRecord();
-    thread.stop.store(0);
-    timeControl.setMoveTime(20000);
-    timeControl.start();
-    tt.clear();
+    SearchThread& thread = threadAt("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP3PPP/R2QKB1R w KQ - 0 8");
 
     // A mate ten plies from the root found at ply 3 is a mate twelve plies from the root at ply 5.
     storeEntry(thread, 3, NO_MOVE, MATE - 10, 20, TT_EXACT);
@@ -149,6 +150,43 @@ TEST(Search, TableScoresAreReadRelativeToTheNode) {
     tt.clear();
     storeEntry(thread, 2, NO_MOVE, 500, 1, TT_LOWER);
     EXPECT_LT(alphaBeta(thread, 2, 499, 500, 2, NO_MOVE, NODE_CUT), 500);
+}
+
+TEST(Search, OnlyANodeThatFailsLowSearchesItsRecaptureAgain) {
+    // After Nxd5 Black wins the knight back with exd5. A node that stays below alpha searches that
+    // recapture a second time a ply deeper; one that raised alpha keeps its first result.
+    ASSERT_TRUE(gameBoard.setFen("4k3/8/4p3/3p4/8/2N5/8/4K3 w - - 0 1"));
+    SearchThread& thread = searchThread;
+    thread.board = gameBoard;
+    const Move takes = makeMove(thread.board, isMove(thread.board, "Nxd5"));
+    ASSERT_NE(takes, NO_MOVE);
+    thread.board.lastMove = takes;
+    Board recaptured = thread.board;
+    ASSERT_NE(makeMove(recaptured, isMove(recaptured, "exd5")), NO_MOVE);
+    timeControl.setMoveTime(20000);
+    timeControl.start();
+    for (const int alpha : {-MATE, 2000}) {
+        thread.clearRecord();
+        thread.stop.store(0);
+        tt.clear();
+        alphaBeta(thread, 1, alpha, alpha == -MATE ? MATE : alpha + 1, 2, takes,
+                  alpha == -MATE ? NODE_PV : NODE_ALL);
+        TtEntry child;
+        ASSERT_TRUE(tt.probe(recaptured, child));
+        EXPECT_EQ(child.depth, alpha == -MATE ? 1 : 2) << alpha;
+    }
+}
+
+TEST(Search, QuiescenceInCheckAtItsFirstLevelPassesThatLevelOn) {
+    // The rook checks on the first rank and Ng1 is the only answer. The reply's node searches with the
+    // quiescence depth of the checked node, and stores at the table depth of that level.
+    SearchThread& thread = threadAt("6k1/8/8/8/8/7N/6PP/r6K w - - 0 1");
+    quiescence(thread, 2, -MATE, MATE, 4, gameBoard.lastMove);
+    Board reply = gameBoard;
+    ASSERT_NE(makeMove(reply, isMove(reply, "Ng1")), NO_MOVE);
+    TtEntry entry;
+    ASSERT_TRUE(tt.probe(reply, entry));
+    EXPECT_EQ(entry.depth, 0);
 }
 
 TEST(Search, UnconfirmedFailHighKeepsTheBestMove) {
@@ -175,6 +213,37 @@ TEST(Search, UnconfirmedFailHighKeepsTheBestMove) {
     EXPECT_EQ(found.bestText, "Rd1xd8+");
     EXPECT_NE(output.find("h2h3 ++"), std::string::npos) << output;
     EXPECT_NE(output.find("h2h3 --"), std::string::npos) << output;
+}
+
+TEST(Search, TheTableMoveOfTheRootSetsTheStartDepthAndLeavesTheOrder) {
+    // An exact depth-3 entry for the root starts the search at depth 3; its move, h3, still waits for
+    // its turn behind Rxd8+, which wins the queen.
+    ASSERT_TRUE(gameBoard.setFen("3qk3/8/8/8/8/8/7P/3RK3 w - - 0 1"));
+    tt.clear();
+    TtEntry stored;
+    stored.move = isMove(gameBoard, "h3");
+    stored.score = 0;
+    stored.depth = 3;
+    stored.type = TT_EXACT;
+    SearchStats scratch;
+    tt.store(scratch, gameBoard, stored);
+    struct FirstMove : RecordingListener {
+        int firstDepth = 0;
+        Move first = NO_MOVE;
+        void reportMove(int d, int, Move move) override {
+            if (first != NO_MOVE) return;
+            firstDepth = d;
+            first = move;
+        }
+    } listener;
+    searchThread.listener = &listener;
+    searchThread.maxDepth = 3;
+    timeControl.infinite.store(false);
+    timeControl.setMoveTime(20000);
+    searchThread.startSearch(true);
+    searchThread.listener = nullptr;
+    EXPECT_EQ(listener.firstDepth, 3);
+    EXPECT_EQ(listener.first & KILLER_MASK, isMove(gameBoard, "Rxd8") & KILLER_MASK);
 }
 
 TEST(Search, ARootMoveThatTakesOverIsStoredUnderTheRoot) {
