@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -92,10 +93,9 @@ class XboardTest : public testing::Test {
 
     // Hands one line to the handler as the console would: the first word, then the rest.
     int send(const std::string& line) {
-        const size_t blank = line.find(' ');
-        const std::string command = line.substr(0, blank);
-        const std::string rest = blank == std::string::npos ? "" : line.substr(blank);
-        return handler.handleCommand(command.c_str(), rest.c_str());
+        const char* blank = strchr(line.c_str(), ' ');
+        const std::string command(line.c_str(), blank ? static_cast<size_t>(blank - line.c_str()) : line.size());
+        return handler.handleCommand(command.c_str(), blank ? blank : "");
     }
 
     // What the handler wrote since the last call, once the search thread is idle.
