@@ -1,4 +1,4 @@
-// Test positions from the shared data folder, and small helpers the board tests share.
+// The perft positions with their counts, and small helpers the board tests share.
 #pragma once
 
 #include <cstdint>
@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "board/board.h"
+#include "environment.h"
 #include "frontend/util/log.h"
 
 struct PerftCase {
@@ -19,7 +20,7 @@ struct PerftCase {
 // perft.epd: a FEN, then ";D<depth> <count>" fields.
 inline std::vector<PerftCase> loadPerftCases() {
     std::vector<PerftCase> cases;
-    std::ifstream in(KELVRA_DATA_DIR "/perft.epd");
+    std::ifstream in(testData("perft.epd"));
     std::string line;
     while (std::getline(in, line)) {
         const size_t semicolon = line.find(';');
@@ -31,10 +32,6 @@ inline std::vector<PerftCase> loadPerftCases() {
         cases.push_back(c);
     }
     return cases;
-}
-
-inline bool sanitized() {
-    return std::getenv("KELVRA_SANITIZED") != nullptr;
 }
 
 // A board set from a FEN that the test expects to be accepted.

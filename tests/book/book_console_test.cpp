@@ -4,11 +4,10 @@
 #include <cstdlib>
 #include <random>
 
+#include "environment.h"
 #include "scratch.h"
 
 namespace {
-
-const std::string PGN_DIR = std::string(KELVRA_DATA_DIR) + "/pgn/";
 
 // Runs the engine in dir with the ini file given (if any) and the console lines as input; its output.
 std::string runEngine(const ScratchDir& dir, const std::string& lines, const std::string& ini = "") {
@@ -34,25 +33,25 @@ TEST(BookConsole, UsageAndNoBook) {
 
 TEST(BookConsole, BuildShowMergeAndOpenAtStartUp) {
     ScratchDir dir;
-    writeText(dir.file("build.ini"), "book.build.file=torture.bbk\nbook.build.maxply=8\n");
-    std::string out = runEngine(dir, "buildbook " + PGN_DIR +
-                                         "torture.pgn build.ini 5\n"
-                                         "mergebook torture.bbk torture.bbk double.bbk\n"
+    writeText(dir.file("build.ini"), "book.build.file=games.bbk\nbook.build.maxply=8\n");
+    std::string out = runEngine(dir, "buildbook " + testData("games.pgn") +
+                                         " build.ini 5\n"
+                                         "mergebook games.bbk games.bbk double.bbk\n"
                                          "q\n");
     EXPECT_TRUE(contains(out, "5 games read: 5 used,")) << out;
-    EXPECT_TRUE(contains(out, "saving book to torture.bbk\n")) << out;
-    EXPECT_TRUE(contains(out, "opening torture.bbk...\n Pick   Move      games    score    draws\n")) << out;
-    // Four of the five games open 1. e4, one 1. d4.
-    EXPECT_TRUE(contains(out, " 80.0%  e2e4          4 ")) << out;
-    EXPECT_TRUE(contains(out, " 20.0%  d2d4          1 ")) << out;
-    EXPECT_TRUE(contains(out, "merging torture.bbk with torture.bbk to double.bbk...\n...done!\n")) << out;
+    EXPECT_TRUE(contains(out, "saving book to games.bbk\n")) << out;
+    EXPECT_TRUE(contains(out, "opening games.bbk...\n Pick   Move      games    score    draws\n")) << out;
+    // Of the five games two open 1. e4, one 1. b3, one 1. d4; the fifth starts from a FEN.
+    EXPECT_TRUE(contains(out, " 50.0%  e2e4          2 ")) << out;
+    EXPECT_TRUE(contains(out, " 25.0%  d2d4          1 ")) << out;
+    EXPECT_TRUE(contains(out, "merging games.bbk with games.bbk to double.bbk...\n...done!\n")) << out;
     // After the merge every move of the start position stands twice, each record with its own games.
-    EXPECT_TRUE(contains(out, " 40.0%  e2e4          4 ")) << out;
-    EXPECT_TRUE(contains(out, "\n100.0%               10 ")) << out;
+    EXPECT_TRUE(contains(out, " 25.0%  e2e4          2 ")) << out;
+    EXPECT_TRUE(contains(out, "\n100.0%                8 ")) << out;
 
     out = runEngine(dir, "book\nq\n", "book.file=double.bbk\n");
     EXPECT_TRUE(contains(out, "book found: double.bbk, ")) << out;
-    EXPECT_TRUE(contains(out, " 40.0%  e2e4          4 ")) << out;
+    EXPECT_TRUE(contains(out, " 25.0%  e2e4          2 ")) << out;
 }
 
 TEST(BookConsole, DamagedBookFilesAreShownWithoutHarm) {

@@ -3,7 +3,6 @@
 // (a torn entry may, rarely, give a wrong one: that is accepted by design, so only a few may differ).
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <thread>
 #include <vector>
 
@@ -13,15 +12,7 @@ using namespace evaltest;
 
 TEST(EvalCache, SharedByThreadsWithoutALock) {
     std::vector<std::unique_ptr<Board>> boards;
-    for (const char* suite : {"lct2", "bt2450", "bt2630", "bs2830"}) {
-        std::ifstream in(std::string(KELVRA_DATA_DIR) + "/suites/" + suite + ".epd");
-        std::string line;
-        while (std::getline(in, line)) {
-            size_t end = 0;
-            for (int field = 0; field < 4; ++field) end = line.find(' ', end + 1);
-            boards.push_back(boardFrom(line.substr(0, end)));
-        }
-    }
+    for (const std::string& fen : fensOf(testData("suite_positions.epd"))) boards.push_back(boardFrom(fen));
     ASSERT_FALSE(boards.empty());
     std::vector<int> expected;
     Evaluator reference;

@@ -10,6 +10,7 @@
 
 #include "board/board.h"
 #include "board/tables.h"
+#include "environment.h"
 #include "eval/evaluate.h"
 
 namespace evaltest {
@@ -72,9 +73,5 @@ struct Evaluator {
     }
     int operator()(const std::string& fen, bool cache = false) { return (*this)(*boardFrom(fen), cache); }
 };
-
-inline bool sanitized() {
-    return std::getenv("KELVRA_SANITIZED") != nullptr;
-}
 
 }  // namespace evaltest

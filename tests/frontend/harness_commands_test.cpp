@@ -8,10 +8,9 @@
 #include <string>
 
 #include "engine_process.h"
+#include "environment.h"
 
 namespace {
-
-const std::string SUITES = std::string(KELVRA_DATA_DIR) + "/suites/";
 
 // The output after the first prompt of a session in directory.
 std::string session(const std::string& input, const std::string& directory) {
@@ -91,8 +90,10 @@ TEST(HarnessCommands, RunWritesItsResultFileAndCompares) {
 }
 
 TEST(HarnessCommands, SuiteRunPrintsItsEstimate) {
+    const std::string suite = sharedData("suites/bs2830.epd");
+    SKIP_WITHOUT(suite);
     const std::string directory = scratchDirectory("harness_suite");
-    const std::string out = session("epd " + SUITES + "bs2830.epd 0.01\n", directory);
+    const std::string out = session("epd " + suite + " 0.01\n", directory);
     EXPECT_TRUE(has(out, ": 27 positions, 0.01 s each, suite BS2830\n")) << out;
     EXPECT_TRUE(has(out, "\nBS2830: Elo ")) << out;
     EXPECT_TRUE(
@@ -103,8 +104,8 @@ TEST(HarnessCommands, SuiteRunPrintsItsEstimate) {
 
 TEST(HarnessCommands, VflipAndSelftest) {
     const std::string directory = scratchDirectory("harness_checks");
-    const std::string out = session("vflip " + SUITES + "lct2.epd\nselftest\n", directory);
-    EXPECT_TRUE(has(out, "% vflip: 35 positions, 0 not equal\n")) << out;
+    const std::string out = session("vflip " + testData("suite_positions.epd") + "\nselftest\n", directory);
+    EXPECT_TRUE(has(out, "% vflip: 6 positions, 0 not equal\n")) << out;
     EXPECT_FALSE(has(out, "VFLIP EVAL NOT EQUAL")) << out;
     EXPECT_TRUE(has(out, "% selftest threads: pass (")) << out;
     EXPECT_TRUE(has(out, "\nselftest strings: pass (")) << out;

@@ -1,11 +1,11 @@
 // The console's search commands through the real binary.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <regex>
 #include <string>
 
 #include "engine_process.h"
+#include "environment.h"
 
 namespace {
 
@@ -69,7 +69,7 @@ TEST(SearchCommands, StopEndsAnAsyncSearchAtOnce) {
 TEST(SearchCommands, BenchSignatureRepeats) {
     // Thirty clears of the full-size table take minutes under the sanitizers; the search tests check
     // the signature there on a small table.
-    if (std::getenv("KELVRA_SANITIZED")) GTEST_SKIP();
+    if (sanitized()) GTEST_SKIP();
     // The node count is a signature only on one thread.
     const std::string out = session("set threads 1\nbench 2\nbench 2\nbench x\n");
     const std::regex last(R"((\d+) nodes (\d+) nps\n)");

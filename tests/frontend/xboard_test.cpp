@@ -14,15 +14,12 @@
 
 #include "board/makemove.h"
 #include "board/notation.h"
+#include "environment.h"
 #include "search/searchthread.h"
 #include "search/timecontrol.h"
 #include "search/tt.h"
 
 namespace {
-
-bool sanitized() {
-    return std::getenv("KELVRA_SANITIZED") != nullptr;
-}
 
 std::string fenOf(const Board& board) {
     char* text = nullptr;

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,6 +11,7 @@
 #include "board/makemove.h"
 #include "board/movegen.h"
 #include "board/see.h"
+#include "environment.h"
 
 namespace {
 
@@ -181,14 +181,10 @@ class TreeWalk {
 };
 
 TEST(PickerTest, EveryMoveExactlyOnceOverThePerftPositions) {
-    std::ifstream file(KELVRA_DATA_DIR "/perft.epd");
-    ASSERT_TRUE(file.good());
-    const int depth = std::getenv("KELVRA_SANITIZED") ? 2 : 3;
+    const int depth = sanitized() ? 2 : 3;
     TreeWalk walk;
-    std::string line;
-    while (std::getline(file, line)) {
-        if (line.empty()) continue;
-        auto board = boardFrom(line.substr(0, line.find(';')).c_str());
+    for (const std::string& fen : fensOf(testData("perft.epd"))) {
+        auto board = boardFrom(fen.c_str());
         walk.walk(*board, depth);
     }
     EXPECT_GT(walk.nodes, 5000);

@@ -4,18 +4,14 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "board/board.h"
 #include "board/makemove.h"
 #include "board/movegen.h"
 #include "board/notation.h"
+#include "environment.h"
 #include "search/searchthread.h"
 #include "search/timecontrol.h"
 #include "search/tt.h"
-
-// Heavy searches shrink under the sanitizers.
-inline bool sanitized() { return std::getenv("KELVRA_SANITIZED") != nullptr; }
 
 struct RecordingListener : SearchListener {
     int finishes = 0;
