@@ -281,7 +281,11 @@ void setThreads(int count) {
         slot.running = true;
         log.info("starting worker%i...\n", i);
         searchThreads[i].slot = i;
+        // A new worker marks itself idle before it first waits for work. Until it has, a search woken
+        // now would see that late mark as the end of the worker's part and go on without it.
+        slot.idle.reset();
         platform::startThread([i] { workerLoop(i); }, true);
+        slot.idle.wait();
         ++started;
     }
     log.info("started %i new worker threads\n", started);
