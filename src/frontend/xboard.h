@@ -58,8 +58,7 @@ class Xboard : public SearchListener {
     // One per ply played through this handler: what makeMove needs to be taken back.
     struct UndoEntry {
         Move move;
-        SavedState state;
-        Move lastMove;  // the board's before the move: a set-up position's check comes from it
+        SavedState state;  // holds the board's last move too: a set-up position's check comes from it
     };
     // The clock the GUI gave with "level", "st", "time" and "otim"; -1 where it gave none.
     struct Clock {

@@ -32,7 +32,6 @@ int baseTimeMs(const char* text) {
 }  // namespace
 
 Move Xboard::makeGameMove(Move move) {
-    const Move before = gameBoard.lastMove;
     const uint32_t dropped = gameBoard.droppedPlies;
     SavedState saved;
     const Move made = playGameMove(gameBoard, move, &saved);
@@ -45,7 +44,7 @@ Move Xboard::makeGameMove(Move move) {
         for (UndoEntry& entry : undoStack) entry.state.lastIrreversible = 0;
     }
     if (made == NO_MOVE) return NO_MOVE;
-    undoStack.push_back({made, saved, before});
+    undoStack.push_back({made, saved});
     return made;
 }
 
@@ -73,7 +72,6 @@ void Xboard::undo() {
     const UndoEntry last = undoStack.back();
     undoStack.pop_back();
     takeBack(gameBoard, last.move, last.state);
-    gameBoard.lastMove = last.lastMove;
 }
 
 // "level MPS BASE INC": moves per session (0: the whole game), base minutes[:seconds], increment in

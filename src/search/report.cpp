@@ -77,7 +77,6 @@ void printLine(SearchThread& thread, int score, const char* note) {
     for (const Move* move = thread.principalVariation(); *move != NO_MOVE; ++move) {
         const Move made = makeMove(line, *move & 0x3FFFFF7F);
         if (made == NO_MOVE) break;
-        line.lastMove = made;
         char word[MOVE_TEXT_SIZE];
         moveToText(line, word, made);
         text += ' ';

@@ -63,11 +63,9 @@ void SearchThread::generateRootMoves() {
         }
         RootMove& root = rootMoves[count];
         root.move = made;
-        root.nodes = 0;
-        root.staticScore = -quiescence(*this, 1, -MATE, MATE, 0, made);
-        root.key = root.staticScore;
+        root.score = -quiescence(*this, 1, -MATE, MATE, 0, made);
+        root.key = root.score;
         root.secondaryKey = -count;  // generator order among equals
-        root.score = root.staticScore;
         takeBack(board, made, saved);
         ++count;
     }
@@ -85,7 +83,6 @@ void SearchThread::trimRootLine() {
             *move = NO_MOVE;
             return;
         }
-        line.lastMove = made;
     }
 }
 
@@ -192,8 +189,7 @@ void SearchThread::adoptBestMove(int d, int score, Move made) {
 // refute is the likeliest to take over next, and a best move displaced by a take-over, searched with
 // the full window, keeps a large tree and so the second place.
 void SearchThread::recordTreeSize(RootMove& searched, uint64_t nodesBefore, int score) {
-    searched.nodes = static_cast<int32_t>(std::min<uint64_t>(totalNodes() - nodesBefore, INT32_MAX));
-    searched.key = searched.nodes;
+    searched.key = static_cast<int32_t>(std::min<uint64_t>(totalNodes() - nodesBefore, INT32_MAX));
     searched.score = score;
 }
 

@@ -37,11 +37,9 @@ public:
 
 struct RootMove {
     Move move;
-    int32_t nodes;         // nodes its subtree took in the last iteration
-    int32_t key;           // primary ordering key, higher first
+    int32_t key;           // primary ordering key, higher first: see recordTreeSize
     int32_t secondaryKey;  // breaks ties of the primary key
     int32_t score;         // from its last search: exact for the best move, a bound for the others
-    int32_t staticScore;   // quiescence score at set-up
 };
 
 struct SearchThread {

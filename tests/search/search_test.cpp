@@ -250,9 +250,7 @@ TEST(Search, ARootMoveThatTakesOverIsStoredUnderTheRoot) {
     // After 1.e4 a later root move takes over at depth 8. The root's entry must name it, and the entry
     // of the position after it must still hold a move of that position.
     ASSERT_TRUE(gameBoard.setFen(START_FEN));
-    const Move e4 = makeMove(gameBoard, isMove(gameBoard, "e2e4"));
-    ASSERT_NE(e4, NO_MOVE);
-    gameBoard.lastMove = e4;
+    ASSERT_NE(makeMove(gameBoard, isMove(gameBoard, "e2e4")), NO_MOVE);
     tt.clear();
     const SearchOutcome found = searchGameBoard(8, 20000);
     TtEntry root;
