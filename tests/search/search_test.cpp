@@ -155,20 +155,12 @@ TEST(Search, TableScoresAreReadRelativeToTheNode) {
 TEST(Search, OnlyANodeThatFailsLowSearchesItsRecaptureAgain) {
     // After Nxd5 Black wins the knight back with exd5. A node that stays below alpha searches that
     // recapture a second time a ply deeper; one that raised alpha keeps its first result.
-    ASSERT_TRUE(gameBoard.setFen("4k3/8/4p3/3p4/8/2N5/8/4K3 w - - 0 1"));
-    SearchThread& thread = searchThread;
-    thread.board = gameBoard;
-    const Move takes = makeMove(thread.board, isMove(thread.board, "Nxd5"));
-    ASSERT_NE(takes, NO_MOVE);
-    thread.board.lastMove = takes;
-    Board recaptured = thread.board;
-    ASSERT_NE(makeMove(recaptured, isMove(recaptured, "exd5")), NO_MOVE);
-    timeControl.setMoveTime(20000);
-    timeControl.start();
     for (const int alpha : {-MATE, 2000}) {
-        thread.clearRecord();
-        thread.stop.store(0);
-        tt.clear();
+        SearchThread& thread = threadAt("4k3/8/4p3/3p4/8/2N5/8/4K3 w - - 0 1");
+        const Move takes = makeMove(thread.board, isMove(thread.board, "Nxd5"));
+        ASSERT_NE(takes, NO_MOVE);
+        Board recaptured = thread.board;
+        ASSERT_NE(makeMove(recaptured, isMove(recaptured, "exd5")), NO_MOVE);
         alphaBeta(thread, 1, alpha, alpha == -MATE ? MATE : alpha + 1, 2, takes,
                   alpha == -MATE ? NODE_PV : NODE_ALL);
         TtEntry child;
