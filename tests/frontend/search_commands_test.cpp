@@ -69,7 +69,7 @@ TEST(SearchCommands, StopEndsAnAsyncSearchAtOnce) {
 TEST(SearchCommands, BenchSignatureRepeats) {
     // Thirty clears of the full-size table take minutes under the sanitizers; the search tests check
     // the signature there on a small table.
-    if (sanitized()) GTEST_SKIP();
+    if (sanitized()) GTEST_SKIP() << "a bench search is too slow under the sanitizers";
     // The node count is a signature only on one thread.
     const std::string out = session("set threads 1\nbench 2\nbench 2\nbench x\n");
     const std::regex last(R"((\d+) nodes (\d+) nps\n)");
