@@ -121,7 +121,8 @@ class Walk {
         int target = to;
         // Castling is stored as the king taking its own rook; the engine's move is the king's two steps.
         const int side = static_cast<int>(board->sideToMove);
-        if (from == board->kingSquare(side) && isColour(board->at(to), colourBase(side)))
+        if (from == board->kingSquare(side) && fileOf(from) == 4 && rankOf(to) == rankOf(from) &&
+            isColour(board->at(to), colourBase(side)))
             target = to > from ? from + 2 : from - 2;
         char text[6] = {static_cast<char>('a' + fileOf(from)),
                         static_cast<char>('1' + rankOf(from)),
