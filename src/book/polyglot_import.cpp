@@ -63,10 +63,10 @@ void addWeight(BookEntry& entry, uint16_t weight) {
 
 class Walk {
   public:
-    Walk(const std::vector<PolyglotEntry>& source, int plies) : entries(source), maxPly(plies) {}
+    Walk(const std::vector<PolyglotEntry>& source, int plies, uint32_t started)
+        : entries(source), maxPly(plies), start(started), lastReport(started) {}
 
     const Tally& run() {
-        start = lastReport = platform::getTickCount();
         board->setFen(START_FEN);
         visit(0);
         return tally;
@@ -75,7 +75,6 @@ class Walk {
     size_t reached = 0;       // entries looked up in the positions walked
     unsigned illegal = 0;     // entries naming no legal move of their position
     unsigned promotions = 0;  // promotions, which a record cannot hold
-    uint32_t start = 0;
 
   private:
     void visit(int ply) {
@@ -87,29 +86,33 @@ class Walk {
             if (explored->second <= ply) return;
             explored->second = ply;
         }
-        if (fresh) reportProgress();
         const uint64_t polyglot = polyglotKey(*board);
         const auto first = std::lower_bound(entries.begin(), entries.end(), polyglot,
                                             [](const PolyglotEntry& e, uint64_t k) { return e.key < k; });
         for (auto entry = first; entry != entries.end() && entry->key == polyglot; ++entry) {
             const Move move = legalMove(entry->move);
-            if (fresh) reached++;
-            if (move == NO_MOVE) {
-                if (fresh) illegal++;
-                continue;
-            }
-            if (fresh && (move & MOVE_PROMOTION)) promotions++;
-            if (fresh && !(move & MOVE_PROMOTION) && entry->weight > 0) {
-                const uint8_t odd = board->sideToMove == WHITE ? 0 : BOOK_ODD_PLY;
-                addWeight(tally.at(key, static_cast<uint8_t>(moveFrom(move) | odd),
-                                   static_cast<uint8_t>(moveTo(move))),
-                          entry->weight);
-            }
-            if (ply + 1 >= maxPly) continue;
+            if (fresh) count(key, move, entry->weight);
+            if (move == NO_MOVE || ply + 1 >= maxPly) continue;
             const SavedState saved = saveState(*board);
             if (makeMove(*board, move & ~MOVE_CHECKS) == NO_MOVE) continue;
             visit(ply + 1);
             takeBack(*board, move & ~MOVE_CHECKS, saved);
+        }
+        if (fresh) reportProgress();
+    }
+
+    // Adds an entry of the position to the tally, unless nothing could pick it.
+    void count(uint64_t key, Move move, uint16_t weight) {
+        reached++;
+        if (move == NO_MOVE) {
+            illegal++;
+        } else if (move & MOVE_PROMOTION) {
+            promotions++;
+        } else if (weight > 0) {
+            const uint8_t odd = board->sideToMove == WHITE ? 0 : BOOK_ODD_PLY;
+            addWeight(
+                tally.at(key, static_cast<uint8_t>(moveFrom(move) | odd), static_cast<uint8_t>(moveTo(move))),
+                weight);
         }
     }
 
@@ -137,19 +140,20 @@ class Walk {
         if ((depths.size() & 1023) != 0) return;
         const uint32_t now = platform::getTickCount();
         if (now - lastReport < BUILD_PROGRESS_MS) return;
-        std::printf("%zu positions, %zu moves, %.0f positions/s\n", depths.size(), tally.moves(),
-                    depths.size() * 1000.0 / std::max<uint32_t>(now - start, 1));
+        std::printf("%zu positions, %zu moves, %.0f positions/s\n", tally.positions(), tally.moves(),
+                    tally.positions() * 1000.0 / std::max<uint32_t>(now - start, 1));
         std::fflush(stdout);
         lastReport = now;
     }
 
     const std::vector<PolyglotEntry>& entries;
     const int maxPly;
+    const uint32_t start;
+    uint32_t lastReport;
     std::unique_ptr<Board> board = std::make_unique<Board>();
     Tally tally;
     // Each position walked, by its book key, with the nearest ply it was walked from.
     std::unordered_map<uint64_t, int> depths;
-    uint32_t lastReport = 0;
 };
 
 }  // namespace
@@ -163,23 +167,24 @@ bool isPolyglotBook(const char* path) {
 }
 
 bool importPolyglot(const char* polyglotPath, const BookBuildOptions& options, std::string& bookPath) {
+    const uint32_t start = platform::getTickCount();
     std::vector<PolyglotEntry> entries;
     if (!readEntries(polyglotPath, entries)) {
         std::printf("could not open file: %s\n", polyglotPath);
         return false;
     }
     if (!chooseBookPath(polyglotPath, options, bookPath)) return false;
-    std::printf("reading Polyglot book %s...\n", polyglotPath);
+    std::printf("walking Polyglot book %s...\n", polyglotPath);
     std::fflush(stdout);
 
-    Walk walk(entries, std::clamp(options.maxPly, 1, MAX_BOOK_PLY));
+    Walk walk(entries, std::clamp(options.maxPly, 1, MAX_BOOK_PLY), start);
     const Tally& tally = walk.run();
-    const uint32_t elapsed = platform::getTickCount() - walk.start;
     std::printf(
         "%zu entries read: %zu reached from the start position, %u not legal there, "
         "%u promotions left out\n",
         entries.size(), walk.reached, walk.illegal, walk.promotions);
-    std::printf("%zu positions, %zu moves in %.1f s\n", tally.positions(), tally.moves(), elapsed / 1000.0);
+    std::printf("%zu positions, %zu moves in %.1f s\n", tally.positions(), tally.moves(),
+                (platform::getTickCount() - start) / 1000.0);
     // Weights are not game results: a score threshold would judge every move at 50%.
     BookBuildOptions weights = options;
     weights.minScore = 0;
