@@ -15,114 +15,13 @@
 #include "board/notation.h"
 #include "book/book.h"
 #include "book/pgn.h"
+#include "book/tally.h"
 #include "platform/platform.h"
 
 namespace {
 
-// Plies a game may enter: the board's history holds MAX_PLY_HISTORY moves.
-constexpr int MAX_BOOK_PLY = 1000;
 // Broken games listed one by one before the rest are only counted.
 constexpr unsigned LISTED_BROKEN = 20;
-constexpr uint32_t PROGRESS_MS = 2000;
-
-// The book's first record is never found by a probe. The builder puts this record there, under key 0
-// (no real position has it), so that every real position is reachable.
-constexpr BookEntry FIRST_RECORD = {0, 0, 0, 0, 1, 0};
-
-// Counts per position and move, gathered game by game. Positions live in an open-addressing table
-// (the keys are random, so their low bits index it well); each keeps a chain of its moves.
-class Tally {
-  public:
-    Tally() : slots(1024, Slot{0, NONE}) {}
-
-    void add(uint64_t key, uint8_t from, uint8_t to, Outcome outcome) {
-        uint32_t* link = &slotOf(key).head;
-        while (*link != NONE) {
-            Node& node = nodes[*link];
-            if ((node.entry.from & 127) == (from & 127) && node.entry.to == to) {
-                countGame(node.entry, outcome);
-                return;
-            }
-            link = &node.next;
-        }
-        *link = static_cast<uint32_t>(nodes.size());
-        nodes.push_back({BookEntry{key, from, to, 0, 0, 0}, NONE});
-        countGame(nodes.back().entry, outcome);
-    }
-
-    size_t positions() const { return used; }
-    size_t moves() const { return nodes.size(); }
-
-    // The book: sorted by key, a position's moves most played first, at most BOOK_MAX_ENTRIES of them
-    // (a probe reads no more), after the options' thresholds.
-    std::vector<BookEntry> entries(const BookBuildOptions& options) const {
-        std::vector<Slot> positions;
-        positions.reserve(used);
-        for (const Slot& slot : slots)
-            if (slot.head != NONE) positions.push_back(slot);
-        std::sort(positions.begin(), positions.end(),
-                  [](const Slot& a, const Slot& b) { return a.key < b.key; });
-        std::vector<BookEntry> book{FIRST_RECORD};
-        std::vector<BookEntry> moves;
-        for (const Slot& position : positions) {
-            moves.clear();
-            for (uint32_t i = position.head; i != NONE; i = nodes[i].next) {
-                const BookEntry& entry = nodes[i].entry;
-                const uint32_t games = entry.games();
-                const uint32_t points = 2u * entry.won + entry.drawn;
-                if (games >= static_cast<uint32_t>(std::max(options.minGames, 1)) &&
-                    points * 50 >= static_cast<uint32_t>(std::max(options.minScore, 0)) * games)
-                    moves.push_back(entry);
-            }
-            std::stable_sort(moves.begin(), moves.end(),
-                             [](const BookEntry& a, const BookEntry& b) { return a.games() > b.games(); });
-            if (moves.size() > BOOK_MAX_ENTRIES) moves.resize(BOOK_MAX_ENTRIES);
-            book.insert(book.end(), moves.begin(), moves.end());
-        }
-        return book;
-    }
-
-  private:
-    static constexpr uint32_t NONE = UINT32_MAX;
-    struct Slot {
-        uint64_t key;
-        uint32_t head;  // NONE while the slot is free
-    };
-    struct Node {
-        BookEntry entry;
-        uint32_t next;
-    };
-
-    // The slot of key; a new key gets a free slot, whose empty chain the caller fills.
-    Slot& slotOf(uint64_t key) {
-        if (2 * (used + 1) > slots.size()) grow();
-        const size_t mask = slots.size() - 1;
-        size_t i = key & mask;
-        while (slots[i].head != NONE && slots[i].key != key) i = (i + 1) & mask;
-        if (slots[i].head == NONE) {
-            // A new position: add() hangs its first move on the slot at once.
-            used++;
-            slots[i].key = key;
-        }
-        return slots[i];
-    }
-
-    void grow() {
-        std::vector<Slot> old(slots.size() * 2, Slot{0, NONE});
-        old.swap(slots);
-        const size_t mask = slots.size() - 1;
-        for (const Slot& slot : old) {
-            if (slot.head == NONE) continue;
-            size_t i = slot.key & mask;
-            while (slots[i].head != NONE) i = (i + 1) & mask;
-            slots[i] = slot;
-        }
-    }
-
-    std::vector<Slot> slots;
-    size_t used = 0;
-    std::vector<Node> nodes;
-};
 
 struct Played {
     uint64_t key;
@@ -201,6 +100,16 @@ BookBuildOptions readBuildOptions(const std::function<std::string(const char*)>&
     return options;
 }
 
+bool chooseBookPath(const char* sourcePath, const BookBuildOptions& options, std::string& bookPath) {
+    bookPath = options.file.empty() ? defaultBookPath(sourcePath) : options.file;
+    std::error_code ignored;
+    if (std::filesystem::equivalent(sourcePath, bookPath, ignored)) {
+        std::printf("cannot write book %s over its source file\n", bookPath.c_str());
+        return false;
+    }
+    return true;
+}
+
 void countGame(BookEntry& entry, Outcome outcome) {
     uint16_t& count = outcome == Outcome::WIN    ? entry.won
                       : outcome == Outcome::DRAW ? entry.drawn
@@ -222,12 +131,7 @@ bool buildBook(const char* pgnPath, const BookBuildOptions& options, unsigned ma
         std::printf("could not open file: %s\n", pgnPath);
         return false;
     }
-    bookPath = options.file.empty() ? defaultBookPath(pgnPath) : options.file;
-    std::error_code ignored;
-    if (std::filesystem::equivalent(pgnPath, bookPath, ignored)) {
-        std::printf("cannot write book %s over its PGN file\n", bookPath.c_str());
-        return false;
-    }
+    if (!chooseBookPath(pgnPath, options, bookPath)) return false;
     std::printf("reading %s...\n", pgnPath);
     std::fflush(stdout);
 
@@ -244,7 +148,7 @@ bool buildBook(const char* pgnPath, const BookBuildOptions& options, unsigned ma
         read++;
         if ((read & 1023) == 0) {
             const uint32_t now = platform::getTickCount();
-            if (now - lastReport >= PROGRESS_MS) {
+            if (now - lastReport >= BUILD_PROGRESS_MS) {
                 std::printf("%u games, %zu positions, %.0f games/s\n", read, tally.positions(), rate(now));
                 std::fflush(stdout);
                 lastReport = now;
@@ -284,7 +188,7 @@ bool buildBook(const char* pgnPath, const BookBuildOptions& options, unsigned ma
             const Outcome outcome = drawn                    ? Outcome::DRAW
                                     : move.white == whiteWon ? Outcome::WIN
                                                              : Outcome::LOSS;
-            tally.add(move.key, move.from, move.to, outcome);
+            countGame(tally.at(move.key, move.from, move.to), outcome);
         }
     }
 
@@ -294,9 +198,5 @@ bool buildBook(const char* pgnPath, const BookBuildOptions& options, unsigned ma
                 read, used, unfinished, filtered, empty, broken);
     std::printf("%zu positions, %zu moves in %.1f s (%.0f games/s)\n", tally.positions(), tally.moves(),
                 elapsed / 1000.0, rate(start + elapsed));
-    if (tally.moves() == 0) {
-        std::printf("no book moves found in %s\n", pgnPath);
-        return false;
-    }
-    return Book::save(bookPath.c_str(), tally.entries(options));
+    return tally.write(pgnPath, bookPath, options);
 }

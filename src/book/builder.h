@@ -1,10 +1,16 @@
 // Building a book from a PGN game collection.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 
 #include "book/record.h"
+
+// Plies a game may enter: the board's history holds MAX_PLY_HISTORY moves.
+constexpr int MAX_BOOK_PLY = 1000;
+// Long builds report their progress this often.
+constexpr uint32_t BUILD_PROGRESS_MS = 2000;
 
 // What the builder takes from the ini file. Every key begins with "book.build."; an empty or missing
 // value keeps the default, numbers read like atoi.
@@ -36,6 +42,10 @@ enum class Outcome { WIN, DRAW, LOSS };
 
 // Adds one game to a record's counts; a count about to pass 65535 first halves all three.
 void countGame(BookEntry& entry, Outcome outcome);
+
+// Where the book built from sourcePath goes: the options' file, else the source's own name with ".bbk"
+// in the current directory. False, with a message, when that would overwrite the source.
+bool chooseBookPath(const char* sourcePath, const BookBuildOptions& options, std::string& bookPath);
 
 // Reads the games of pgnPath (at most maxGames, 0 for all) and writes the book, reporting progress and
 // broken games as it goes. On success bookPath names the file written.

@@ -7,6 +7,7 @@
 #include "book/book.h"
 #include "book/builder.h"
 #include "book/merge.h"
+#include "book/polyglot_import.h"
 #include "frontend/console.h"
 #include "frontend/inifile.h"
 
@@ -31,7 +32,7 @@ AfterCommand showBook(const char*) {
 }
 
 // "buildbook <pgnfile> [inifile [maxgames]]": the ini file (by default the engine's own) supplies the
-// builder's "book.build." keys.
+// builder's "book.build." keys. A file named "*.bin" is read as a Polyglot book instead of PGN.
 AfterCommand buildBookCommand(const char* rest) {
     book.close();
     char pgn[201], ini[201];
@@ -51,8 +52,12 @@ AfterCommand buildBookCommand(const char* rest) {
     const BookBuildOptions options =
         readBuildOptions([&settings](const char* key) { return std::string(settings.get(key).c_str()); });
     std::string written;
-    if (!buildBook(pgn, options, maxGames > 0 ? static_cast<unsigned>(maxGames) : 0, written))
-        return AfterCommand::READ_NEXT;
+    // A Polyglot book has no games to count, so maxgames means nothing to it.
+    const bool built =
+        isPolyglotBook(pgn)
+            ? importPolyglot(pgn, options, written)
+            : buildBook(pgn, options, maxGames > 0 ? static_cast<unsigned>(maxGames) : 0, written);
+    if (!built) return AfterCommand::READ_NEXT;
     printf("opening %s...\n", written.c_str());
     openAndShow(written.c_str());
     return AfterCommand::READ_NEXT;

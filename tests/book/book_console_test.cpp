@@ -71,4 +71,19 @@ TEST(BookConsole, DamagedBookFilesAreShownWithoutHarm) {
     EXPECT_TRUE(contains(missing, "book not open!\n")) << missing;
 }
 
+TEST(BookConsole, ImportsAPolyglotBookAndPlaysFromIt) {
+    ScratchDir dir;
+    const uint64_t start = 0x463b96181691fc9c;
+    writePolyglot(dir.file("tiny.bin"), {{start, "e2e4", 3}, {start, "d2d4", 1}});
+    std::string out = runEngine(dir, "buildbook absent.bin\nbuildbook tiny.bin\nq\n");
+    EXPECT_TRUE(contains(out, "could not open file: absent.bin\n")) << out;
+    EXPECT_TRUE(contains(out, "saving book to tiny.bbk\nsaved 3 moves\nopening tiny.bbk...\n")) << out;
+    EXPECT_TRUE(contains(out, " 75.0%  e2e4          3   50.000  100.000\n")) << out;
+    EXPECT_TRUE(contains(out, " 25.0%  d2d4          1   50.000  100.000\n")) << out;
+
+    out = runEngine(dir, "g\nq\n", "book.file=tiny.bbk\n");
+    EXPECT_TRUE(contains(out, "picked book move: e2e4\n") || contains(out, "picked book move: d2d4\n"))
+        << out;
+}
+
 }  // namespace

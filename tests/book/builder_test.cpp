@@ -231,7 +231,7 @@ TEST(BookBuilder, BrokenGamesAreNamedAndSkippedAndGarbageEndsCleanly) {
     std::string written;
     CaptureStdout();
     EXPECT_FALSE(buildBook(overPgn.file.c_str(), overPgn, 0, written));
-    EXPECT_TRUE(contains(GetCapturedStdout(), "over its PGN file")) << "the games must survive";
+    EXPECT_TRUE(contains(GetCapturedStdout(), "over its source file")) << "the games must survive";
     EXPECT_TRUE(contains(readText(dir.file("games.pgn")), "Nf3 Nf6"));
     book = buildText(dir, "1. e4 *\n");
     EXPECT_FALSE(book.ok);

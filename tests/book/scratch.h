@@ -34,6 +34,31 @@ inline std::string readText(const std::string& path) {
     return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
+// One entry of a Polyglot book: its move in coordinates ("e1h1" castles, "b7a8q" promotes).
+struct PolyglotLine {
+    uint64_t key;
+    std::string move;
+    uint16_t weight;
+};
+
+// Writes the entries in the order given, 16 big-endian bytes each, learning data 0.
+inline void writePolyglot(const std::string& path, const std::vector<PolyglotLine>& lines) {
+    std::string bytes;
+    for (const PolyglotLine& line : lines) {
+        const std::string& m = line.move;
+        const int promotion = m.size() > 4 ? static_cast<int>(std::string(" nbrq").find(m[4])) : 0;
+        const int word =
+            promotion << 12 | (m[1] - '1') << 9 | (m[0] - 'a') << 6 | (m[3] - '1') << 3 | (m[2] - 'a');
+        for (int shift = 56; shift >= 0; shift -= 8) bytes += static_cast<char>(line.key >> shift);
+        for (const int field : {word, int{line.weight}}) {
+            bytes += static_cast<char>(field >> 8);
+            bytes += static_cast<char>(field);
+        }
+        bytes += std::string(4, '\0');
+    }
+    writeText(path, bytes);
+}
+
 inline std::vector<BookEntry> readBookFile(const std::string& path) {
     const std::string bytes = readText(path);
     std::vector<BookEntry> entries;
