@@ -57,9 +57,9 @@ bool onBoard(int square) {
     return square >= 0 && square < 64;
 }
 
-// Fills position from the entry point's arguments; false for anything that is not a position the
-// tables could hold (a square off the board or taken twice, an unknown piece code, a pawn on the
-// first or last rank), which the probing library must never see.
+// Fills position from the entry point's arguments; false for a square off the board or taken twice
+// and for an unknown piece code, which the probing library must never see (it answers illegal
+// positions, such as a pawn on the first or last rank, itself).
 bool describe(int player, const int (&men)[8], Position& position) {
     if (player != 0 && player != 1) return false;
     bool taken[64] = {};
@@ -74,7 +74,6 @@ bool describe(int player, const int (&men)[8], Position& position) {
         const int colour = code > BLACK_CODES ? 1 : 0;
         const int kind = code - colour * BLACK_CODES;
         if (kind < 2 || kind > PAWN_CODE || !onBoard(square) || taken[square]) return false;
-        if (kind == PAWN_CODE && (square < 8 || square >= 56)) return false;
         taken[square] = true;
         // Queen 2 .. pawn 6 become the tables' queen 5 .. pawn 1.
         position.add(colour, static_cast<unsigned>(square), static_cast<unsigned char>(7 - kind));
