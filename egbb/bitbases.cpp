@@ -83,11 +83,9 @@ bool describe(int player, const int (&men)[8], Position& position) {
 }
 
 void unload() {
-    if (ready) {
-        tbcache_done();
-        tb_done();
-        ready = false;
-    }
+    ready = false;
+    if (tbcache_is_on()) tbcache_done();
+    if (tb_is_initialized()) tb_done();
     if (folders) folders = tbpaths_done(folders);
 }
 
