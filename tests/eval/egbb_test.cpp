@@ -6,11 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
-#include <random>
 #include <string>
-#include <thread>
-#include <vector>
 
 #include "board/makemove.h"
 #include "board/movegen.h"
@@ -243,16 +239,11 @@ TEST_F(RealTables, PawnWinsRiseAlongTheBestLine) {
     }
 }
 
-using Probe = int (*)(int, int, int, int, int, int, int, int, int);
-
-Probe libraryProbe() {
-    return reinterpret_cast<Probe>(
-        platform::findSymbol(platform::loadLibrary(KELVRA_EGBB_DIR "/egbbso64.so"), "probe_egbb_5men"));
-}
-
 // The library answers "not available" to what is not a position its tables hold, without crashing.
 TEST_F(RealTables, LibraryRefusesWhatIsNoPosition) {
-    const Probe probe = libraryProbe();
+    using Probe = int (*)(int, int, int, int, int, int, int, int, int);
+    const auto probe = reinterpret_cast<Probe>(
+        platform::findSymbol(platform::loadLibrary(KELVRA_EGBB_DIR "/egbbso64.so"), "probe_egbb_5men"));
     ASSERT_NE(probe, nullptr);
     const int a1 = 0, c3 = 18, e4 = 28, c8 = 58, e8 = 60, h8 = 63;
     struct Case {
@@ -276,42 +267,4 @@ TEST_F(RealTables, LibraryRefusesWhatIsNoPosition) {
         const int* a = c.args;
         EXPECT_EQ(probe(a[0], a[1], a[2], a[3], a[4], a[5], a[6], a[7], a[8]), EGBB_NOT_AVAILABLE) << c.what;
     }
-}
-
-// The search probes from every thread without a lock. With a cache far too small for the tables, the
-// threads keep reading and replacing blocks side by side, and must still get one thread's answers.
-TEST_F(RealTables, ThreadsProbingTogetherGetOneThreadsAnswers) {
-    using Load = void (*)(char*, int, int);
-    const auto load = reinterpret_cast<Load>(
-        platform::findSymbol(platform::loadLibrary(KELVRA_EGBB_DIR "/egbbso64.so"), "load_egbb_5men"));
-    const Probe probe = libraryProbe();
-    char directory[] = KELVRA_EGBB_DIR "/";
-    load(directory, 512 * 1024, 1);
-
-    // King and pawn (either colour's), rook or queen against king, men anywhere.
-    std::mt19937 random(17);
-    const int codes[] = {6, 12, 3, 9, 2};
-    std::vector<std::array<int, 5>> positions(sanitized() ? 300 : 1000);
-    for (auto& p : positions)
-        p = {static_cast<int>(random() % 2), static_cast<int>(random() % 64), static_cast<int>(random() % 64),
-             codes[random() % 5], static_cast<int>(random() % 64)};
-    auto answers = [&](size_t first) {
-        std::vector<int> found(positions.size());
-        for (size_t i = 0; i < positions.size(); ++i) {
-            const size_t k = (first + i) % positions.size();
-            const auto& p = positions[k];
-            found[k] = probe(p[0], p[1], p[2], p[3], p[4], 0, 0, 0, 0);
-        }
-        return found;
-    };
-    const std::vector<int> expected = answers(0);
-    EXPECT_GT(std::count_if(expected.begin(), expected.end(),
-                            [](int a) { return a != 0 && a != EGBB_NOT_AVAILABLE; }),
-              static_cast<long>(positions.size() / 10));
-    std::vector<int> found[4];
-    std::vector<std::thread> threads;
-    for (int t = 0; t < 4; ++t)
-        threads.emplace_back([&, t] { found[t] = answers(t * positions.size() / 4); });
-    for (std::thread& thread : threads) thread.join();
-    for (const auto& f : found) EXPECT_EQ(f, expected);
 }
