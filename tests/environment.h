@@ -25,6 +25,14 @@ inline std::string sharedData(const std::string& name) {
         if (!std::filesystem::exists(path)) GTEST_SKIP() << "needs " << (path) << ", absent"; \
     } while (false)
 
+// Skips the running test when the bitbase library was not built (no libgaviotatb-dev) or the tables
+// it reads are not installed (no gaviotatb).
+#define SKIP_WITHOUT_BITBASES()                             \
+    do {                                                    \
+        SKIP_WITHOUT(KELVRA_EGBB_DIR "/egbbso64.so");       \
+        SKIP_WITHOUT(KELVRA_GAVIOTA_TABLES "/kpk.gtb.cp4"); \
+    } while (false)
+
 // Heavy loops shrink under the sanitizers.
 inline bool sanitized() {
     return std::getenv("KELVRA_SANITIZED") != nullptr;

@@ -1,12 +1,15 @@
-// The bitbase connection, through the real loading path, against stand-in libraries built with the
-// tests: one that knows king and pawn against king (and records what it is asked), one without the
-// probe entry point and one without either.
+// The bitbase connection through the real loading path: against the library built beside the engine
+// with the Debian tables, and against stand-ins for what those cannot show (a missing entry point,
+// larger sets, the exact arguments passed).
 #include "eval/egbb.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
+#include "board/makemove.h"
+#include "board/movegen.h"
 #include "eval_support.h"
 #include "platform/platform.h"
 
@@ -20,15 +23,16 @@ const std::string LIBRARIES = KELVRA_TEST_EGBB_DIR;
 
 // The stand-in's test controls, found in the library the engine loaded.
 struct Controls {
-    void (*setClaim)(int men, int answer);
+    void (*claim)(int men, int answer);
     const char* (*lastLoad)(int* cacheBytes, int* loadOptions, int* loads);
     int (*lastProbe)(int* args);
 
     Controls() {
-        void* library = platform::loadLibrary(LIBRARIES + "/kpk/egbbso64.so");
-        setClaim = reinterpret_cast<decltype(setClaim)>(platform::findSymbol(library, "kpk_set_claim"));
-        lastLoad = reinterpret_cast<decltype(lastLoad)>(platform::findSymbol(library, "kpk_last_load"));
-        lastProbe = reinterpret_cast<decltype(lastProbe)>(platform::findSymbol(library, "kpk_last_probe"));
+        void* library = platform::loadLibrary(LIBRARIES + "/standin/egbbso64.so");
+        claim = reinterpret_cast<decltype(claim)>(platform::findSymbol(library, "stand_in_claim"));
+        lastLoad = reinterpret_cast<decltype(lastLoad)>(platform::findSymbol(library, "stand_in_last_load"));
+        lastProbe =
+            reinterpret_cast<decltype(lastProbe)>(platform::findSymbol(library, "stand_in_last_probe"));
     }
     int probes() {
         int args[9];
@@ -36,23 +40,43 @@ struct Controls {
     }
 };
 
-// A connection to the king-and-pawn library claiming men (giving answer for all but KPK), loaded
-// and initialised; the printed lines go to output.
-std::unique_ptr<EGBB> connect(Controls& controls, int men, int answer, int cacheMb, std::string& output) {
-    controls.setClaim(men, answer);
+// A connection to directory, loaded and initialised; the printed lines go to output.
+std::unique_ptr<EGBB> connect(const std::string& directory, int cacheMb, std::string& output) {
     auto bitbases = std::make_unique<EGBB>();
     CaptureStdout();
-    EXPECT_TRUE(bitbases->load((LIBRARIES + "/kpk").c_str()));
+    EXPECT_TRUE(bitbases->load(directory.c_str()));
     EXPECT_TRUE(bitbases->init(cacheMb));
     output = GetCapturedStdout();
     return bitbases;
 }
 
-class Bitbases : public ::testing::Test {
+// A connection to the stand-in claiming men and giving answer for all of them.
+std::unique_ptr<EGBB> connect(Controls& controls, int men, int answer, int cacheMb, std::string& output) {
+    controls.claim(men, answer);
+    return connect(LIBRARIES + "/standin", cacheMb, output);
+}
+
+class StandIn : public ::testing::Test {
   protected:
-    void SetUp() override { ASSERT_NE(controls.setClaim, nullptr) << "stand-in library not built"; }
-    void TearDown() override { controls.setClaim(3, EGBB_NOT_AVAILABLE); }
+    void SetUp() override { ASSERT_NE(controls.claim, nullptr) << "stand-in library not built"; }
+    void TearDown() override { controls.claim(3, 0); }
     Controls controls;
+};
+
+class RealTables : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        SKIP_WITHOUT_BITBASES();
+        std::string output;
+        bitbases = connect(KELVRA_EGBB_DIR, 16, output);
+        ASSERT_EQ(bitbases->maxMen(), 3) << output;
+    }
+    int score(const std::string& fen) {
+        int s = 12345;
+        EXPECT_TRUE(bitbases->probe(*boardFrom(fen), s)) << fen;
+        return s;
+    }
+    std::unique_ptr<EGBB> bitbases;
 };
 
 }  // namespace
@@ -79,13 +103,13 @@ TEST(BitbaseLoading, MissingLibraryOrEntryPoints) {
     }
 }
 
-TEST_F(Bitbases, InitRaisesTheCacheAndFindsTheSets) {
+TEST_F(StandIn, InitRaisesTheCacheAndFindsTheSets) {
     std::string output;
-    auto three = connect(controls, 3, EGBB_NOT_AVAILABLE, 4, output);
+    auto three = connect(controls, 3, 0, 4, output);
     EXPECT_EQ(output, "egbb.3men=1\negbb.4men=0\negbb.5men=0\nEGBB: loaded, maxmen=3, ram=16\n");
     EXPECT_EQ(three->maxMen(), 3);
     int cacheBytes, options, loads;
-    EXPECT_EQ(std::string(controls.lastLoad(&cacheBytes, &options, &loads)), LIBRARIES + "/kpk/");
+    EXPECT_EQ(std::string(controls.lastLoad(&cacheBytes, &options, &loads)), LIBRARIES + "/standin/");
     EXPECT_EQ(cacheBytes, 16 * 1048576);
     EXPECT_EQ(options, 1);
     // Only once.
@@ -107,11 +131,11 @@ TEST_F(Bitbases, InitRaisesTheCacheAndFindsTheSets) {
     // A directory written with Windows separators.
     EGBB windows;
     CaptureStdout();
-    EXPECT_TRUE(windows.load((LIBRARIES + "\\kpk\\").c_str()));
+    EXPECT_TRUE(windows.load((LIBRARIES + "\\standin\\").c_str()));
     EXPECT_EQ(GetCapturedStdout(), "");
 }
 
-TEST_F(Bitbases, ProbeConvertsSquaresAndPiecesAndKeepsToTheSet) {
+TEST_F(StandIn, ProbeConvertsSquaresAndPiecesAndKeepsToTheSet) {
     std::string output;
     auto five = connect(controls, 5, 7, 16, output);
     int score = 0;
@@ -138,46 +162,9 @@ TEST_F(Bitbases, ProbeConvertsSquaresAndPiecesAndKeepsToTheSet) {
     EXPECT_TRUE(three->probe(*boardFrom("4k3/8/8/8/8/8/7P/4K3 w - -"), score));
 }
 
-TEST_F(Bitbases, KingAndPawnAgainstKingIsAnsweredTruly) {
-    std::string output;
-    auto bitbases = connect(controls, 3, EGBB_NOT_AVAILABLE, 16, output);
-    struct Case {
-        const char* fen;
-        int score;  // the library's own answer: winScore gives 0 with a pawn on the board
-    };
-    const Case cases[] = {
-        {"4k3/8/4K3/4P3/8/8/8/8 w - -", 2400},   // king on the sixth in front of the pawn: won
-        {"4k3/8/4K3/4P3/8/8/8/8 b - -", -2400},  // whoever moves
-        {"4k3/8/8/4K3/4P3/8/8/8 w - -", 2300},   // White reaches the sixth rank first: won
-        {"4k3/8/8/4K3/4P3/8/8/8 b - -", 0},      // Black takes the opposition with Ke7: drawn
-        {"7k/8/7K/7P/8/8/8/8 w - -", 0},         // rook pawn
-        {"7k/8/8/8/8/8/P7/K7 w - -", 2100},      // the king cannot catch the pawn
-        {"8/8/8/8/4p3/4k3/8/4K3 b - -", 2400},   // Black's pawn
-        {"8/8/8/8/4p3/4k3/8/4K3 w - -", -2400},
-    };
-    for (const Case& c : cases) {
-        int score = 99;
-        EXPECT_TRUE(bitbases->probe(*boardFrom(c.fen), score)) << c.fen;
-        EXPECT_EQ(score, c.score) << c.fen;
-    }
-}
-
-TEST_F(Bitbases, WonPawnlessEndingsScoreProgress) {
-    std::string output;
-    auto bitbases = connect(controls, 3, 500, 16, output);
+TEST(WinScore, PawnlessWinsScoreProgress) {
     // King and queen: 100 x 10 + 5000, the losing king in the a8 corner +75, kings 2 apart -20.
-    auto queen = boardFrom("k7/8/2K5/8/8/8/8/1Q6 w - -");
-    EXPECT_EQ(winScore(*queen, WHITE), 6055);
-    int score = 0;
-    ASSERT_TRUE(bitbases->probe(*queen, score));
-    EXPECT_EQ(score, 6055);
-    controls.setClaim(3, -500);  // Black to move loses
-    ASSERT_TRUE(bitbases->probe(*boardFrom("k7/8/2K5/8/8/8/8/1Q6 b - -"), score));
-    EXPECT_EQ(score, -6055);
-    controls.setClaim(3, 0);
-    ASSERT_TRUE(bitbases->probe(*queen, score));
-    EXPECT_EQ(score, 0);
-
+    EXPECT_EQ(winScore(*boardFrom("k7/8/2K5/8/8/8/8/1Q6 w - -"), WHITE), 6055);
     // Bishop and knight: the corner of the bishop's colour. Base 5600; kings e1-h8 and e1-a8 are 7 apart.
     EXPECT_EQ(winScore(*boardFrom("7k/8/8/8/8/8/8/2B1KN2 w - -"), WHITE), 5600 + 70 - 70);  // dark, h8
     EXPECT_EQ(winScore(*boardFrom("k7/8/8/8/8/8/8/2B1KN2 w - -"), WHITE), 5600 + 0 - 70);   // dark, a8
@@ -186,4 +173,98 @@ TEST_F(Bitbases, WonPawnlessEndingsScoreProgress) {
     // kings 4 apart.
     EXPECT_EQ(winScore(*boardFrom("8/8/8/3k4/8/8/r7/RR2K3 w - -"), WHITE), 5300 - 10 - 40);
     EXPECT_EQ(winScore(*boardFrom("8/8/8/3k4/8/8/r6P/RR2K3 w - -"), WHITE), 0);  // a pawn: no score
+}
+
+TEST_F(RealTables, WinsDrawsAndLossesForEitherSideToMove) {
+    enum Outcome { LOST = -1, DRAWN = 0, WON = 1 };
+    struct Case {
+        const char* fen;
+        Outcome outcome;  // for the side to move
+    };
+    const Case cases[] = {
+        {"4k3/8/4K3/4P3/8/8/8/8 w - -", WON},    // king on the sixth in front of the pawn
+        {"4k3/8/4K3/4P3/8/8/8/8 b - -", LOST},   // whoever moves
+        {"4k3/8/8/4K3/4P3/8/8/8 w - -", WON},    // White reaches the sixth rank first
+        {"4k3/8/8/4K3/4P3/8/8/8 b - -", DRAWN},  // Black takes the opposition with Ke7
+        {"7k/8/7K/7P/8/8/8/8 w - -", DRAWN},     // rook pawn, the defending king in front
+        {"7k/8/8/8/8/8/P7/K7 w - -", WON},       // kings in the corners: h8 cannot catch the pawn
+        {"8/8/8/8/4p3/4k3/8/4K3 b - -", WON},    // Black's pawn
+        {"8/8/8/8/4p3/4k3/8/4K3 w - -", LOST},
+        {"8/8/8/4k3/8/8/8/R3K3 w - -", WON},  // king and rook
+        {"8/8/8/4k3/8/8/8/R3K3 b - -", LOST},
+        {"7r/8/8/8/8/8/8/K6k w - -", LOST},   // Black's rook, both kings on the first rank
+        {"k7/8/2K5/8/8/8/8/1Q6 w - -", WON},  // king and queen
+        {"k7/8/2K5/8/8/8/8/1Q6 b - -", LOST},
+        {"k7/1Q6/8/8/8/8/8/7K b - -", DRAWN},  // the undefended queen is taken
+        {"k7/8/1QK5/8/8/8/8/8 b - -", DRAWN},  // stalemate in the corner
+        {"8/8/8/8/8/8/8/KB5k w - -", DRAWN},   // a lone bishop
+        {"7k/8/8/8/8/8/8/N6K b - -", DRAWN},   // a lone knight
+    };
+    for (const Case& c : cases) {
+        const int s = score(c.fen);
+        const auto board = boardFrom(c.fen);
+        const int side = static_cast<int>(board->sideToMove);
+        const int pawnless = winScore(*board, c.outcome == LOST ? side ^ 1 : side);
+        if (c.outcome == DRAWN) {
+            EXPECT_EQ(s, 0) << c.fen;
+        } else if (pawnless) {  // the engine's own score replaces the library's answer
+            EXPECT_EQ(s, c.outcome * pawnless) << c.fen;
+        } else {  // the library's answer stands: a decided result, short of the pawnless wins
+            EXPECT_GE(s * c.outcome, 3000) << c.fen;
+            EXPECT_LT(s * c.outcome, 4700) << c.fen;
+        }
+    }
+}
+
+// With pawns the library's answer is the engine's score, so it must show the way: along the best
+// line the winner's score rises by one each ply, and no move does better.
+TEST_F(RealTables, PawnWinsRiseAlongTheBestLine) {
+    // No pawn is one step from promoting: a promotion would leave the pawn endings' scale.
+    for (const char* fen :
+         {"4k3/8/8/4K3/4P3/8/8/8 w - -", "8/8/8/8/4p3/4k3/8/4K3 b - -", "7k/8/8/8/8/8/P7/K7 w - -"}) {
+        auto board = boardFrom(fen);
+        const int here = score(fen);
+        MoveList list;
+        Move* end = generateMoves(*board, list);
+        int best = -EGBB_NOT_AVAILABLE;
+        for (Move* m = list; m < end; ++m) {
+            const SavedState saved = saveState(*board);
+            const Move made = makeMove(*board, *m);
+            if (made == NO_MOVE) continue;
+            int after = 0;
+            if (bitbases->probe(*board, after)) best = std::max(best, -after);
+            takeBack(*board, made, saved);
+        }
+        EXPECT_EQ(best, here + 1) << fen;
+    }
+}
+
+// The library answers "not available" to what is not a position its tables hold, without crashing.
+TEST_F(RealTables, LibraryRefusesWhatIsNoPosition) {
+    using Probe = int (*)(int, int, int, int, int, int, int, int, int);
+    const auto probe = reinterpret_cast<Probe>(
+        platform::findSymbol(platform::loadLibrary(KELVRA_EGBB_DIR "/egbbso64.so"), "probe_egbb_5men"));
+    ASSERT_NE(probe, nullptr);
+    const int a1 = 0, c3 = 18, e4 = 28, c8 = 58, e8 = 60, h8 = 63;
+    struct Case {
+        int args[9];
+        const char* what;
+    };
+    const Case cases[] = {
+        {{0, a1, h8, 6, 16, 6, 17, 0, 0}, "two pawns: no such table installed"},
+        {{0, a1, c3, 3, c8, 0, 0, 0, 0}, "the side not to move in check"},
+        {{2, a1, h8, 3, e4, 0, 0, 0, 0}, "a third side"},
+        {{0, 64, h8, 3, e4, 0, 0, 0, 0}, "a king off the board"},
+        {{0, a1, h8, 3, -1, 0, 0, 0, 0}, "a rook off the board"},
+        {{0, a1, a1, 3, e4, 0, 0, 0, 0}, "kings on one square"},
+        {{0, a1, h8, 3, h8, 0, 0, 0, 0}, "a rook on a king"},
+        {{0, a1, h8, 7, e4, 0, 0, 0, 0}, "an unknown piece code"},
+        {{0, a1, h8, 13, e4, 0, 0, 0, 0}, "an unknown black piece code"},
+        {{0, a1, e4, 6, e8, 0, 0, 0, 0}, "a pawn on the last rank"},
+        {{1, a1, e4, 12, 3, 0, 0, 0, 0}, "a black pawn on the first rank"},
+    };
+    for (const Case& c : cases) {
+        const int* a = c.args;
+        EXPECT_EQ(probe(a[0], a[1], a[2], a[3], a[4], a[5], a[6], a[7], a[8]), EGBB_NOT_AVAILABLE) << c.what;
+    }
 }
