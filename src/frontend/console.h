@@ -9,6 +9,7 @@ struct ConsoleOptions {
     uint8_t async = 0;    // "g" returns to the prompt at once instead of waiting for the search
     uint8_t book = 1;     // "g" plays from the book first
     uint8_t cleartt = 1;  // "g" clears the transposition table first
+    int maxDepth = 0;     // "maxdepth": the depth limit of "g"; 0 none
 };
 
 extern ConsoleOptions consoleOptions;

@@ -46,10 +46,13 @@ AfterCommand searchCommand(const char* rest) {
         tt.clear();
     else
         printf("tt not cleared\n");
-    searchThread.listener = &consoleListener;
-    searchThread.echoLines = true;
-    timeControl.infinite.store(false);
-    searchThread.startSearch(!consoleOptions.async);
+    // The limits "maxtime" or the last protocol search left stand.
+    SearchRequest request;
+    request.board = gameBoard;
+    request.maxDepth = consoleOptions.maxDepth;
+    request.listener = &consoleListener;
+    request.echoLines = true;
+    searchThread.startSearch(request, !consoleOptions.async);
     return AfterCommand::READ_NEXT;
 }
 
@@ -59,7 +62,7 @@ AfterCommand maxDepthCommand(const char* rest) {
         printf("illegal arg: %s\n", rest);
         return AfterCommand::READ_NEXT;
     }
-    searchThread.maxDepth = depth;
+    consoleOptions.maxDepth = depth;
     return AfterCommand::READ_NEXT;
 }
 
@@ -113,5 +116,5 @@ constexpr ConsoleCommand commands[] = {
 std::span<const ConsoleCommand> searchCommands() { return commands; }
 
 void stopConsoleSearch() {
-    if (searchThread.listener == &consoleListener && !searchThread.isIdle()) searchThread.stopSearch();
+    if (searchThread.request.listener == &consoleListener && !searchThread.isIdle()) searchThread.stopSearch();
 }

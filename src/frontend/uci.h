@@ -92,14 +92,6 @@ class Uci : public SearchListener {
 
 extern Uci uci;
 
-// The clock handed to the time control for a "go" with t milliseconds left: a fixed reserve of three
-// seconds off a long clock, half of a short one. Never more than half: the allocation adds the
-// increment on top, and an engine that may spend its whole clock each move bleeds it to nothing and
-// then loses on time to the first delay between the GUI and the engine.
-constexpr int usableClock(int t) {
-    return t > 6000 ? t - 3000 : t / 2;
-}
-
 // Move text of the protocol: from-square, to-square and a small promotion letter (e7e8q); "0000" for
 // no move. text holds at least 6 characters.
 void uciMoveText(char* text, Move move);

@@ -4,7 +4,6 @@
 #include "book/book.h"
 #include "frontend/time_limits.h"
 #include "frontend/uci.h"
-#include "search/timecontrol.h"
 
 bool Uci::playBookMove() {
     if (outOfBook.ply != 0) return false;
@@ -65,15 +64,15 @@ void Uci::go() {
     int old = exchangeStatus(newStatus);
     if (old != POSITION) log.warning("Expected current status==POSITION, got %i\n", old);
 
-    // Step 4. Depth and clock.
-    searchThread.maxDepth = depth;
-    setTimeLimits(outOfBook.ply, wtime, btime, winc, binc, movesToGo, movetime, infinite);
-
-    // Step 5. The search runs on its own thread; input goes on being read meanwhile.
+    // Step 4. The search runs on its own thread; input goes on being read meanwhile.
+    SearchRequest request;
+    request.board = gameBoard;
+    request.maxDepth = depth;
+    request.infinite = infinite;
+    request.clock = clockLimits(outOfBook.ply, wtime, btime, winc, binc, movesToGo, movetime);
+    request.listener = this;
     reported = Reported();
-    searchThread.listener = this;
-    searchThread.echoLines = false;
-    searchThread.startSearch(false);
+    searchThread.startSearch(request, false);
     traceMessage("go() ok");
 }
 

@@ -85,9 +85,6 @@ void Xboard::traceMessage(const char* message) {
 }
 
 void Xboard::handshake() {
-    searchThread.waitIdle();
-    searchThread.listener = this;
-    searchThread.echoLines = false;
     openProtocolLog(logDir);
     {
         std::lock_guard<std::mutex> lock(outputLock);
@@ -119,7 +116,6 @@ void Xboard::newGame() {
     callOffSearch();
     outOfBookPly = 0;
     engineSide = 1;
-    searchThread.maxDepth = 0;
     clock.depth = 0;
 }
 

@@ -10,7 +10,6 @@
 #include "book/book.h"
 #include "frontend/time_limits.h"
 #include "frontend/xboard.h"
-#include "search/timecontrol.h"
 
 namespace {
 
@@ -165,15 +164,15 @@ void Xboard::think() {
     const int old = exchangeStatus(newStatus);
     if (old != IDLE) log.warning("Expected current status==IDLE, got %i\n", old);
 
-    // Step 4. Depth and clock.
-    searchThread.maxDepth = depth;
-    setTimeLimits(outOfBookPly, wtime, btime, winc, binc, movesToGo, movetime, infinite);
-
-    // Step 5. The search runs on its own thread; input goes on being read meanwhile.
+    // Step 4. The search runs on its own thread; input goes on being read meanwhile.
+    SearchRequest request;
+    request.board = gameBoard;
+    request.maxDepth = depth;
+    request.infinite = infinite;
+    request.clock = clockLimits(outOfBookPly, wtime, btime, winc, binc, movesToGo, movetime);
+    request.listener = this;
     reported = Reported();
-    searchThread.listener = this;
-    searchThread.echoLines = false;
-    searchThread.startSearch(false);
+    searchThread.startSearch(request, false);
     traceMessage("go() ok");
 }
 

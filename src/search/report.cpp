@@ -37,7 +37,7 @@ std::string lineHead(const SearchThread& thread, int score) {
 
 void emit(const SearchThread& thread, const std::string& text) {
     Log().info("%s", text.c_str());
-    if (thread.echoLines) {
+    if (thread.request.echoLines) {
         std::fputs(text.c_str(), stdout);
         std::fflush(stdout);
     }

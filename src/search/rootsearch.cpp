@@ -107,8 +107,8 @@ int SearchThread::startDepth() {
 void SearchThread::search() {
     Log log;
     // Set-up.
+    const int maxDepth = request.maxDepth;
     const int depthLimit = maxDepth < 1 || maxDepth > MAX_DEPTH ? MAX_DEPTH : maxDepth;
-    timeControl.start();
     clearRecord();
     tt.newSearch();
     waitForWorkers();
@@ -167,10 +167,10 @@ void SearchThread::search() {
 
     endingReason = reason;
     printLine(*this, bestScore, reason);
-    if (listener) listener->finish(depth.load(std::memory_order_relaxed), bestScore, bestMove());
+    if (request.listener) request.listener->finish(depth.load(std::memory_order_relaxed), bestScore, bestMove());
     stopAllThreads();
     waitForWorkers();
-    if (printStatistics) logStatistics(*this);
+    if (request.statistics) logStatistics(*this);
 }
 
 // A new best move, searched with the root position back on the board: its line is checked and
@@ -179,7 +179,7 @@ void SearchThread::adoptBestMove(int d, int score, Move made) {
     bestScore = score;
     copyLine(*this, 0, made);
     trimRootLine();
-    if (listener) listener->reportLine(d, score, made);
+    if (request.listener) request.listener->reportLine(d, score, made);
     printLine(*this, score, nullptr);
     storeEntry(*this, 0, made & KILLER_MASK, score, d, TT_LOWER);
 }
@@ -201,7 +201,7 @@ void SearchThread::searchRoot(int d) {
 
     // The first move sets the score to beat.
     Move made = makeMove(board, rootMoves[0].move);
-    if (listener) listener->reportMove(d, 0, made);
+    if (request.listener) request.listener->reportMove(d, 0, made);
     uint64_t before = totalNodes();
     int score = -alphaBeta(*this, 1, -MATE, MATE, d - 1, made, NODE_PV);
     takeBack(board, made, saved);
@@ -214,7 +214,7 @@ void SearchThread::searchRoot(int d) {
     for (int i = 1; i < count; ++i) {
         if (stopRequested(*this)) return;
         made = makeMove(board, rootMoves[i].move);
-        if (listener) listener->reportMove(d, i, made);
+        if (request.listener) request.listener->reportMove(d, i, made);
         before = totalNodes();
         bool confirmed = false;
         score = -alphaBeta(*this, 1, -bestScore - 1, -bestScore, d - 1, made, NODE_CUT);

@@ -54,11 +54,14 @@ void SearchThread::threadBody() {
 // The deepest line a search plays on top of its root must fit in the room a game leaves in the history.
 static_assert(MAX_PLY <= HISTORY_ROOM);
 
-void SearchThread::startSearch(bool synchronous) {
+void SearchThread::startSearch(const SearchRequest& asked, bool synchronous) {
     stop.store(0, std::memory_order_relaxed);
-    // The search works on its own copy: the protocol may set up the next position meanwhile.
-    board = gameBoard;
+    request = asked;
+    board = request.board;
     keepHistoryRoom(board);
+    timeControl.infinite.store(request.infinite);
+    if (request.clock) timeControl.allocate(*request.clock);
+    timeControl.start();
     // What ponderhit reads must not be left over from the last search.
     depth.store(0, std::memory_order_relaxed);
     rootCount.store(0, std::memory_order_relaxed);

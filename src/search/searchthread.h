@@ -3,7 +3,7 @@
 // every slot has its own Board, evaluation context, killers, lines and counters.
 //
 // Threads:
-// - Fixed while a search runs: the root list, the listener, maxDepth, the iteration depth.
+// - Fixed while a search runs: the request, and the root list outside the root search.
 // - Written only by the slot's own thread: board, killers, mate killers, pv, seldepth, counters
 //   (the counters are relaxed atomics so that the driver may sum them at any time).
 // - Written by other threads: stop (the protocol, the driver, a sibling at a split point).
@@ -17,6 +17,7 @@
 #include "eval/evalcontext.h"
 #include "platform/platform.h"
 #include "search/score.h"
+#include "search/searchrequest.h"
 #include "search/stats.h"
 
 constexpr int MAX_THREADS = 8;
@@ -58,10 +59,7 @@ struct SearchThread {
     int activeSplits = 0;
 
     // Search thread (slot 0) only.
-    int maxDepth = 0;            // 0: no limit
-    bool printStatistics = true;  // the statistics block in the log at the end of each search
-    bool echoLines = false;       // principal variations to standard output too (console searches)
-    SearchListener* listener = nullptr;
+    SearchRequest request;  // of the running or the last search
     RootMove rootMoves[MAX_MOVES];
     std::atomic<int> rootCount{0};
     std::atomic<int> depth{0};  // the iteration being searched; ponderhit reads both from the protocol
@@ -75,9 +73,9 @@ struct SearchThread {
 
     // Starts the thread once; it then sleeps until a search is started.
     void boot();
-    // Searches gameBoard under the limits of timeControl and maxDepth. Synchronous runs the search on
-    // the calling thread; otherwise the search thread is woken and this returns at once.
-    void startSearch(bool synchronous);
+    // Searches what the request asks. Synchronous runs the search on the calling thread; otherwise the
+    // search thread is woken and this returns at once. The time control is set on the calling thread.
+    void startSearch(const SearchRequest& asked, bool synchronous);
     // The ponder move was played: the search goes on as a timed one.
     void ponderhit();
     // Asks every thread to stop and waits until the search has ended.
