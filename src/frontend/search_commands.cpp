@@ -19,7 +19,8 @@ namespace {
 // Plays the move the console search found on the game board and shows the result.
 class ConsoleListener : public SearchListener {
 public:
-    void finish(int, int, Move best) override {
+    void finish(const SearchReport& report) override {
+        const Move best = report.best;
         if (best == NO_MOVE) {
             printf("no legal move\n");
             return;
@@ -31,8 +32,8 @@ public:
         gameBoard.print(stdout, 0);
         fflush(stdout);
     }
-    void reportLine(int, int, Move) override {}
-    void reportMove(int, int, Move) override {}
+    void reportLine(const SearchReport&) override {}
+    void reportMove(const SearchReport&, int, Move) override {}
 };
 
 ConsoleListener consoleListener;

@@ -17,23 +17,20 @@ namespace {
 // Follows the best move the search shows and keeps the solution clock.
 class SolutionListener : public SearchListener {
   public:
-    SolutionListener(const EpdMoves& solutions, uint32_t start) : moves(solutions), startTick(start) {}
+    explicit SolutionListener(const EpdMoves& solutions) : moves(solutions) {}
 
-    void reportLine(int, int, Move best) override { clock.shown(isSolution(moves, best), now()); }
-    void reportMove(int, int, Move) override {}
-    void finish(int, int, Move best) override {
-        chosen = best;
-        clock.shown(isSolution(moves, best), now());
+    void reportLine(const SearchReport& report) override { clock.shown(isSolution(moves, report.best), report.ms); }
+    void reportMove(const SearchReport&, int, Move) override {}
+    void finish(const SearchReport& report) override {
+        chosen = report.best;
+        clock.shown(isSolution(moves, report.best), report.ms);
     }
 
     SolutionClock clock;
     Move chosen = NO_MOVE;
 
   private:
-    uint32_t now() const { return platform::getTickCount() - startTick; }
-
     const EpdMoves& moves;
-    uint32_t startTick;
 };
 
 struct EpdEntry {
@@ -73,7 +70,7 @@ std::string joined(const char* opcode, const std::vector<std::string>& moves) {
 void searchPosition(const EpdMoves& moves, SearchRequest& request, PositionResult& result) {
     tt.clear();
     const uint32_t start = platform::getTickCount();
-    SolutionListener listener(moves, start);
+    SolutionListener listener(moves);
     request.listener = &listener;
     searchThread.startSearch(request, true);
     const uint32_t elapsed = platform::getTickCount() - start;

@@ -167,7 +167,7 @@ void SearchThread::search() {
 
     endingReason = reason;
     printLine(*this, bestScore, reason);
-    if (request.listener) request.listener->finish(depth.load(std::memory_order_relaxed), bestScore, bestMove());
+    if (request.listener) request.listener->finish(report(depth.load(std::memory_order_relaxed), bestScore, bestMove()));
     stopAllThreads();
     waitForWorkers();
     if (request.statistics) logStatistics(*this);
@@ -179,7 +179,7 @@ void SearchThread::adoptBestMove(int d, int score, Move made) {
     bestScore = score;
     copyLine(*this, 0, made);
     trimRootLine();
-    if (request.listener) request.listener->reportLine(d, score, made);
+    if (request.listener) request.listener->reportLine(report(d, score, made));
     printLine(*this, score, nullptr);
     storeEntry(*this, 0, made & KILLER_MASK, score, d, TT_LOWER);
 }
@@ -201,7 +201,7 @@ void SearchThread::searchRoot(int d) {
 
     // The first move sets the score to beat.
     Move made = makeMove(board, rootMoves[0].move);
-    if (request.listener) request.listener->reportMove(d, 0, made);
+    if (request.listener) request.listener->reportMove(report(d, bestScore, bestMove()), 0, made);
     uint64_t before = totalNodes();
     int score = -alphaBeta(*this, 1, -MATE, MATE, d - 1, made, NODE_PV);
     takeBack(board, made, saved);
@@ -214,7 +214,7 @@ void SearchThread::searchRoot(int d) {
     for (int i = 1; i < count; ++i) {
         if (stopRequested(*this)) return;
         made = makeMove(board, rootMoves[i].move);
-        if (request.listener) request.listener->reportMove(d, i, made);
+        if (request.listener) request.listener->reportMove(report(d, bestScore, bestMove()), i, made);
         before = totalNodes();
         bool confirmed = false;
         score = -alphaBeta(*this, 1, -bestScore - 1, -bestScore, d - 1, made, NODE_CUT);

@@ -1,10 +1,12 @@
 #include "search/searchthread.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "board/gamemove.h"
 #include "frontend/util/log.h"
 #include "search/timecontrol.h"
+#include "search/tt.h"
 
 // Never destroyed: the threads sleep on these records' events until the process ends, and destroying
 // an event that a thread waits on would block the exit.
@@ -90,9 +92,22 @@ void SearchThread::stopSearch() {
 
 void SearchThread::waitIdle() { idle.wait(); }
 
+SearchReport SearchThread::report(int depthReached, int score, Move best) const {
+    return {depthReached, seldepth, score,           best,        ponderMove(),
+            pv[0],        totalNodes(), timeControl.elapsed(), hashfull()};
+}
+
 uint64_t totalNodes() {
     uint64_t sum = 0;
     for (const SearchThread& thread : searchThreads) sum += thread.stats.nodes.get() + thread.stats.qnodes.get();
     return sum;
 }
 
+
+unsigned hashfull() {
+    uint64_t taken = 0;
+    for (const SearchThread& thread : searchThreads)
+        taken += thread.stats.ttReplacements.get() - thread.stats.ttSameAgeReplacements.get();
+    const uint32_t entries = tt.entryCount();
+    return entries == 0 ? 0 : unsigned(std::min<uint64_t>(taken * 1000 / entries, 1000));
+}

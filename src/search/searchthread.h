@@ -24,16 +24,29 @@ constexpr int MAX_THREADS = 8;
 // Fewer threads than this in use makes every node too shallow to split.
 constexpr int NO_SPLIT_DEPTH = 128;
 
+// What the search tells its listener, taken on the search thread at the moment of the call.
+struct SearchReport {
+    int depth = 0;     // the iteration
+    int seldepth = 0;  // the deepest ply reached
+    int score = 0;
+    Move best = NO_MOVE;         // the first move of the line; the move to play at the end
+    Move ponder = NO_MOVE;       // the reply the line expects, when it holds one
+    const Move* line = nullptr;  // the principal variation, ended by a 0 word; kept until the next search
+    uint64_t nodes = 0;          // of all threads, interior plus quiescence
+    uint32_t ms = 0;             // since the search started
+    unsigned hashfull = 0;       // per mille of the table taken over in this search
+};
+
 // How a protocol hears of a running search. All calls come on the search thread.
 class SearchListener {
 public:
     virtual ~SearchListener() = default;
-    // The search has ended; best is the move to play.
-    virtual void finish(int depth, int score, Move best) = 0;
-    // A new principal variation at this depth; the line is SearchThread::principalVariation().
-    virtual void reportLine(int depth, int score, Move best) = 0;
+    // The search has ended; the report's best move is the move to play.
+    virtual void finish(const SearchReport& report) = 0;
+    // A new principal variation; its first move is the report's best.
+    virtual void reportLine(const SearchReport& report) = 0;
     // The root move with this index (from 0) is being searched.
-    virtual void reportMove(int depth, int moveIndex, Move move) = 0;
+    virtual void reportMove(const SearchReport& report, int moveIndex, Move move) = 0;
 };
 
 struct RootMove {
@@ -89,6 +102,8 @@ struct SearchThread {
     Move ponderMove() const { return rootCount > 0 && pv[0][0] == bestMove() ? pv[0][1] : NO_MOVE; }
     // The current line, ended by a 0 word; every move in it can be played.
     const Move* principalVariation() const { return pv[0]; }
+    // The figures a listener hears, for a line at depth with its score and first move.
+    SearchReport report(int depthReached, int score, Move best) const;
 
     // Runs one search on this thread: set-up, iterative deepening, finish.
     void search();
@@ -115,6 +130,8 @@ extern SearchThread& searchThread;
 
 // Nodes of all threads, interior plus quiescence.
 uint64_t totalNodes();
+// Per mille of the table taken over from earlier searches in this one.
+unsigned hashfull();
 // Sets every thread's stop flag.
 void stopAllThreads();
 // Waits until every worker has finished its part of the search.

@@ -21,14 +21,14 @@ struct RecordingListener : SearchListener {
     int score = 0;
     Move best = NO_MOVE;
 
-    void finish(int d, int s, Move b) override {
+    void finish(const SearchReport& report) override {
         ++finishes;
-        depth = d;
-        score = s;
-        best = b;
+        depth = report.depth;
+        score = report.score;
+        best = report.best;
     }
-    void reportLine(int, int, Move) override { ++lines; }
-    void reportMove(int, int, Move) override { ++moves; }
+    void reportLine(const SearchReport&) override { ++lines; }
+    void reportMove(const SearchReport&, int, Move) override { ++moves; }
 };
 
 struct SearchOutcome {

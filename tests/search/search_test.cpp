@@ -222,9 +222,9 @@ TEST(Search, TheTableMoveOfTheRootSetsTheStartDepthAndLeavesTheOrder) {
     struct FirstMove : RecordingListener {
         int firstDepth = 0;
         Move first = NO_MOVE;
-        void reportMove(int d, int, Move move) override {
+        void reportMove(const SearchReport& report, int, Move move) override {
             if (first != NO_MOVE) return;
-            firstDepth = d;
+            firstDepth = report.depth;
             first = move;
         }
     } listener;
