@@ -117,5 +117,5 @@ constexpr ConsoleCommand commands[] = {
 std::span<const ConsoleCommand> searchCommands() { return commands; }
 
 void stopConsoleSearch() {
-    if (searchThread.request.listener == &consoleListener && !searchThread.isIdle()) searchThread.stopSearch();
+    if (searchThread.request().listener == &consoleListener && !searchThread.isIdle()) searchThread.stopSearch();
 }

@@ -8,16 +8,22 @@
 #include "search/timecontrol.h"
 #include "search/tt.h"
 
+namespace {
+
 // Never destroyed: the threads sleep on these records' events until the process ends, and destroying
 // an event that a thread waits on would block the exit.
-SearchThread (&searchThreads)[MAX_THREADS] = *new SearchThread[1][MAX_THREADS];
+SearchThread (&newSlots())[MAX_THREADS] {
+    SearchThread (&slots)[MAX_THREADS] = *new SearchThread[1][MAX_THREADS];
+    slots[0].driver = new RootDriver;
+    return slots;
+}
+
+}  // namespace
+
+SearchThread (&searchThreads)[MAX_THREADS] = newSlots();
 SearchThread& searchThread = searchThreads[0];
 
-SearchThread::SearchThread() {
-    // No search has run yet, so whoever waits for the end of one must not block.
-    idle.set();
-    clearRecord();
-}
+SearchThread::SearchThread() { clearRecord(); }
 
 void SearchThread::clearRecord() {
     stats.clear();
@@ -29,25 +35,25 @@ void SearchThread::clearRecord() {
 
 void SearchThread::boot() {
     Log log;
-    if (booted.exchange(true)) {
+    if (driver->booted.exchange(true)) {
         log.info("already booted!\n");
         return;
     }
     log.info("starting main search thread...\n");
     // Back from here only once the thread sleeps: an idle event still set from construction would
     // otherwise let a stop wait return before the first search has even begun.
-    idle.reset();
+    driver->idle.reset();
     platform::startThread([this] { threadBody(); }, true);
-    idle.wait();
+    driver->idle.wait();
 }
 
 void SearchThread::threadBody() {
     Log log;
     for (;;) {
         log.debug("searchthread: sleep()\n");
-        idle.set();
-        go.wait();
-        go.reset();
+        driver->idle.set();
+        driver->go.wait();
+        driver->go.reset();
         log.debug("searchthread: awoke()\n");
         search();
     }
@@ -58,26 +64,27 @@ static_assert(MAX_PLY <= HISTORY_ROOM);
 
 void SearchThread::startSearch(const SearchRequest& asked, bool synchronous) {
     stop.store(0, std::memory_order_relaxed);
-    request = asked;
-    board = request.board;
+    RootDriver& root = *driver;
+    root.request = asked;
+    board = asked.board;
     keepHistoryRoom(board);
-    timeControl.infinite.store(request.infinite);
-    if (request.clock) timeControl.allocate(*request.clock);
+    timeControl.infinite.store(asked.infinite);
+    if (asked.clock) timeControl.allocate(*asked.clock);
     timeControl.start();
     // What ponderhit reads must not be left over from the last search.
-    depth.store(0, std::memory_order_relaxed);
-    rootCount.store(0, std::memory_order_relaxed);
-    idle.reset();
+    root.depth.store(0, std::memory_order_relaxed);
+    root.count.store(0, std::memory_order_relaxed);
+    root.idle.reset();
     if (synchronous) {
         search();
-        idle.set();
+        root.idle.set();
         return;
     }
-    go.set();
+    root.go.set();
 }
 
 void SearchThread::ponderhit() {
-    if (rootCount.load(std::memory_order_relaxed) == 1 && depth.load(std::memory_order_relaxed) > 2) {
+    if (driver->count.load(std::memory_order_relaxed) == 1 && iterationDepth() > 2) {
         Log().info("ponderhit & single move!\n");
         stopSearch();
         return;
@@ -90,7 +97,7 @@ void SearchThread::stopSearch() {
     waitIdle();
 }
 
-void SearchThread::waitIdle() { idle.wait(); }
+void SearchThread::waitIdle() { driver->idle.wait(); }
 
 SearchReport SearchThread::report(int depthReached, int score, Move best) const {
     return {depthReached, seldepth, score,           best,        ponderMove(),

@@ -1,6 +1,7 @@
-// The search threads. Slot 0 is the search thread that the protocols drive: it owns the root move
-// list, iterative deepening and the reports. The other slots are the workers of the parallel search;
-// every slot has its own Board, evaluation context, killers, lines and counters.
+// The search threads. Slot 0 is the search thread that the protocols drive: its root driver holds the
+// request, the root move list and the iteration, and it runs iterative deepening and the reports. The
+// other slots are the workers of the parallel search; every slot has its own Board, evaluation
+// context, killers, lines and counters.
 //
 // Threads:
 // - Fixed while a search runs: the request, and the root list outside the root search.
@@ -56,6 +57,25 @@ struct RootMove {
     int32_t score;         // from its last search: exact for the best move, a bound for the others
 };
 
+// What only the search thread (slot 0) keeps to drive a search: its thread's events, the request it
+// runs, the root move list and the iteration. The workers' slots have none: they sleep on the parallel
+// search's events and search below the root only.
+struct RootDriver {
+    platform::Event go;
+    platform::Event idle;
+    std::atomic<bool> booted{false};
+    SearchRequest request;  // of the running or the last search
+    RootMove moves[MAX_MOVES];
+    std::atomic<int> count{0};
+    std::atomic<int> depth{0};  // the iteration being searched; ponderhit reads both from the protocol
+    int bestScore = 0;
+    const char* endingReason = "";  // why the last search ended: "stopped\n", "(optimal)\n", ...
+    uint64_t previousIterationNodes = 0;
+
+    // No search has run yet, so whoever waits for the end of one must not block.
+    RootDriver() { idle.set(); }
+};
+
 struct SearchThread {
     // Per-slot search state.
     int slot = 0;
@@ -71,14 +91,7 @@ struct SearchThread {
     int minSplitDepth = NO_SPLIT_DEPTH;
     int activeSplits = 0;
 
-    // Search thread (slot 0) only.
-    SearchRequest request;  // of the running or the last search
-    RootMove rootMoves[MAX_MOVES];
-    std::atomic<int> rootCount{0};
-    std::atomic<int> depth{0};  // the iteration being searched; ponderhit reads both from the protocol
-    int bestScore = 0;
-    const char* endingReason = "";  // why the last search ended: "stopped\n", "(optimal)\n", ...
-    uint64_t previousIterationNodes = 0;
+    RootDriver* driver = nullptr;  // the search thread's own; null in the workers' slots
 
     SearchThread();
     SearchThread(const SearchThread&) = delete;
@@ -95,11 +108,19 @@ struct SearchThread {
     void stopSearch();
     // Waits until no search runs.
     void waitIdle();
-    bool isIdle() { return idle.isSet(); }
+    bool isIdle() { return driver->idle.isSet(); }
 
+    // What the running or the last search was asked, how deep it is, and why it ended.
+    const SearchRequest& request() const { return driver->request; }
+    int iterationDepth() const { return driver->depth.load(std::memory_order_relaxed); }
+    const char* endingReason() const { return driver->endingReason; }
     // The result, valid once the search has reported it.
-    Move bestMove() const { return rootCount.load(std::memory_order_relaxed) > 0 ? rootMoves[0].move : NO_MOVE; }
-    Move ponderMove() const { return rootCount > 0 && pv[0][0] == bestMove() ? pv[0][1] : NO_MOVE; }
+    Move bestMove() const {
+        return driver->count.load(std::memory_order_relaxed) > 0 ? driver->moves[0].move : NO_MOVE;
+    }
+    Move ponderMove() const {
+        return driver->count.load(std::memory_order_relaxed) > 0 && pv[0][0] == bestMove() ? pv[0][1] : NO_MOVE;
+    }
     // The current line, ended by a 0 word; every move in it can be played.
     const Move* principalVariation() const { return pv[0]; }
     // The figures a listener hears, for a line at depth with its score and first move.
@@ -111,10 +132,6 @@ struct SearchThread {
     void clearRecord();
 
 private:
-    platform::Event go;
-    platform::Event idle;
-    std::atomic<bool> booted{false};
-
     void threadBody();
     void generateRootMoves();
     int startDepth();

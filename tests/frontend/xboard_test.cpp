@@ -381,7 +381,7 @@ TEST_F(XboardTest, ClockCommandsFeedTheTimeControl) {
     send("otim 100");
     send("usermove e2e4");
     send("go");
-    EXPECT_EQ(searchThread.request.listener, &handler);
+    EXPECT_EQ(searchThread.request().listener, &handler);
     EXPECT_EQ(timeControl.clockMs, usableClock(300000));
     EXPECT_EQ(timeControl.incMs, 3000);
     EXPECT_EQ(timeControl.movesToGo, 40);

@@ -289,7 +289,7 @@ TEST(Search, PonderhitWithASingleReplyEndsThePonderingAtOnce) {
     searchThread.boot();
     ASSERT_TRUE(gameBoard.setFen("4k3/8/8/4b3/8/8/P7/K7 w - - 0 1"));
     searchThread.startSearch(analysisOfGameBoard(listener), false);
-    while (searchThread.depth.load() <= 2) platform::sleepMs(1);
+    while (searchThread.iterationDepth() <= 2) platform::sleepMs(1);
     searchThread.ponderhit();
     EXPECT_TRUE(searchThread.isIdle());
     EXPECT_EQ(listener.finishes, 1);
