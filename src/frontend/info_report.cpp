@@ -21,7 +21,8 @@ uint64_t speed(uint64_t nodes, uint32_t ms) {
 std::string infoLineText(const SearchReport& report, const char* clockFields) {
     char field[64];
     std::string line;
-    snprintf(field, sizeof field, "info depth %u seldepth %u", unsigned(report.depth), unsigned(report.seldepth));
+    snprintf(field, sizeof field, "info depth %u seldepth %u", unsigned(report.depth),
+             unsigned(report.seldepth));
     line += field;
     uciScoreText(field, report.score);
     line += field;

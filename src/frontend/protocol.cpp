@@ -15,8 +15,8 @@ const char* const STATUS_NAMES[] = {"_idle_", "pos", "search", "ponder"};
 // the table holds nothing yet to build on.
 ClockLimits clockLimits(const GoLimits& limits, uint32_t outOfBookPly) {
     const bool white = gameBoard.sideToMove == 0;
-    ClockLimits clock{white ? limits.wtime : limits.btime, white ? limits.winc : limits.binc, limits.movesToGo,
-                      limits.movetime, 0};
+    ClockLimits clock{white ? limits.wtime : limits.btime, white ? limits.winc : limits.binc,
+                      limits.movesToGo, limits.movetime, 0};
     const uint32_t p = outOfBookPly;
     if (p != 0 && gameBoard.gamePly() + 1 >= p) clock.outOfBook = int((gameBoard.gamePly() + 1 - p) >> 1) + 1;
     return clock;
@@ -95,8 +95,8 @@ void Protocol::go(GoLimits limits) {
     const struct {
         const char* word;
         int* value;
-    } numbers[] = {{"wtime", &limits.wtime}, {"btime", &limits.btime}, {"winc", &limits.winc},
-                   {"binc", &limits.binc},   {"depth", &limits.depth}, {"movetime", &limits.movetime},
+    } numbers[] = {{"wtime", &limits.wtime},        {"btime", &limits.btime}, {"winc", &limits.winc},
+                   {"binc", &limits.binc},          {"depth", &limits.depth}, {"movetime", &limits.movetime},
                    {"movestogo", &limits.movesToGo}};
     for (String word = nextArg(); !word.empty() || !args.empty(); word = nextArg()) {
         if (word == "infinite") {
@@ -120,7 +120,8 @@ void Protocol::go(GoLimits limits) {
     // The status; a search out of turn still runs.
     const int old = exchangeStatus(limits.ponder ? PONDER : SEARCHING);
     if (old != dialect.goStatus)
-        log.warning("Expected current status==%s, got %i\n", dialect.goStatus == IDLE ? "IDLE" : "POSITION", old);
+        log.warning("Expected current status==%s, got %i\n", dialect.goStatus == IDLE ? "IDLE" : "POSITION",
+                    old);
 
     // The search runs on its own thread; input goes on being read meanwhile.
     SearchRequest request;
@@ -138,10 +139,11 @@ void Protocol::printInfoLine(const SearchReport& report) {
     const uint64_t nps = speed(report.nodes, report.ms);
     char field[64];
     if (dialect.signedFigures)
-        snprintf(field, sizeof field, " time %i nodes %i nps %i pv ", int(report.ms), int(report.nodes), int(nps));
+        snprintf(field, sizeof field, " time %i nodes %i nps %i pv ", int(report.ms), int(report.nodes),
+                 int(nps));
     else
-        snprintf(field, sizeof field, " time %u nodes %llu nps %llu pv ", report.ms, (unsigned long long)report.nodes,
-                 (unsigned long long)nps);
+        snprintf(field, sizeof field, " time %u nodes %llu nps %llu pv ", report.ms,
+                 (unsigned long long)report.nodes, (unsigned long long)nps);
     const std::string line = infoLineText(report, field);
     std::lock_guard<std::mutex> lock(outputLock);
     fputs(line.c_str(), out);

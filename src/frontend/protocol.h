@@ -73,7 +73,8 @@ class Protocol : public SearchListener {
     // One input line: logged in protocol mode, the rest kept as the argument text, and the command of
     // the table run; 1 when it was. An empty command is taken exactly in protocol mode.
     template <class Handler>
-    int runCommand(std::span<const Command<Handler>> table, uint8_t mode, const char* command, const char* rest);
+    int runCommand(std::span<const Command<Handler>> table, uint8_t mode, const char* command,
+                   const char* rest);
 
     // Answers with the engine's move: "bestmove" or "move".
     virtual void answer(Move best, Move ponder) = 0;

@@ -19,7 +19,9 @@ class SolutionListener : public SearchListener {
   public:
     explicit SolutionListener(const EpdMoves& solutions) : moves(solutions) {}
 
-    void reportLine(const SearchReport& report) override { clock.shown(isSolution(moves, report.best), report.ms); }
+    void reportLine(const SearchReport& report) override {
+        clock.shown(isSolution(moves, report.best), report.ms);
+    }
     void reportMove(const SearchReport&, int, Move) override {}
     void finish(const SearchReport& report) override {
         chosen = report.best;
@@ -114,7 +116,8 @@ bool runEpdFile(const std::string& path, double seconds, EpdRun& run, FILE* out)
     // Step 2. Each position on its own: an empty table, the time per position, no depth limit.
     searchThread.stopSearch();
     SearchRequest request;
-    request.clock = ClockLimits{.moveTimeMs = static_cast<int>(std::clamp(seconds * 1000, 1.0, double(INT32_MAX)))};
+    request.clock =
+        ClockLimits{.moveTimeMs = static_cast<int>(std::clamp(seconds * 1000, 1.0, double(INT32_MAX)))};
     request.statistics = false;
     int number = 0;
     for (const EpdEntry& entry : entries) {

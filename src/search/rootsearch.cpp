@@ -157,7 +157,8 @@ void SearchThread::search() {
             break;
         }
         const uint64_t nodes = totalNodes();
-        log.info("/%2.1f\n", root.previousIterationNodes ? double(nodes) / double(root.previousIterationNodes) : 0.0);
+        log.info("/%2.1f\n",
+                 root.previousIterationNodes ? double(nodes) / double(root.previousIterationNodes) : 0.0);
         root.previousIterationNodes = nodes;
         if (++iteration > depthLimit) {
             reason = "depth limit\n";
@@ -168,7 +169,8 @@ void SearchThread::search() {
 
     root.endingReason = reason;
     printLine(*this, root.bestScore, reason);
-    if (SearchListener* listener = root.request.listener) listener->finish(report(iterationDepth(), root.bestScore, bestMove()));
+    if (SearchListener* listener = root.request.listener)
+        listener->finish(report(iterationDepth(), root.bestScore, bestMove()));
     stopAllThreads();
     waitForWorkers();
     if (root.request.statistics) logStatistics(*this);

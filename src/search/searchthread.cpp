@@ -13,7 +13,7 @@ namespace {
 // Never destroyed: the threads sleep on these records' events until the process ends, and destroying
 // an event that a thread waits on would block the exit.
 SearchThread (&newSlots())[MAX_THREADS] {
-    SearchThread (&slots)[MAX_THREADS] = *new SearchThread[1][MAX_THREADS];
+    SearchThread(&slots)[MAX_THREADS] = *new SearchThread[1][MAX_THREADS];
     slots[0].driver = new RootDriver;
     return slots;
 }
@@ -23,7 +23,9 @@ SearchThread (&newSlots())[MAX_THREADS] {
 SearchThread (&searchThreads)[MAX_THREADS] = newSlots();
 SearchThread& searchThread = searchThreads[0];
 
-SearchThread::SearchThread() { clearRecord(); }
+SearchThread::SearchThread() {
+    clearRecord();
+}
 
 void SearchThread::clearRecord() {
     stats.clear();
@@ -97,11 +99,20 @@ void SearchThread::stopSearch() {
     waitIdle();
 }
 
-void SearchThread::waitIdle() { driver->idle.wait(); }
+void SearchThread::waitIdle() {
+    driver->idle.wait();
+}
 
 SearchReport SearchThread::report(int depthReached, int score, Move best) const {
-    return {depthReached, seldepth, score,           best,        ponderMove(),
-            pv[0],        totalNodes(), timeControl.elapsed(), hashfull()};
+    return {.depth = depthReached,
+            .seldepth = seldepth,
+            .score = score,
+            .best = best,
+            .ponder = ponderMove(),
+            .line = pv[0],
+            .nodes = totalNodes(),
+            .ms = timeControl.elapsed(),
+            .hashfull = hashfull()};
 }
 
 uint64_t totalNodes() {
@@ -109,7 +120,6 @@ uint64_t totalNodes() {
     for (const SearchThread& thread : searchThreads) sum += thread.stats.nodes.get() + thread.stats.qnodes.get();
     return sum;
 }
-
 
 unsigned hashfull() {
     uint64_t taken = 0;

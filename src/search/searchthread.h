@@ -119,7 +119,8 @@ struct SearchThread {
         return driver->count.load(std::memory_order_relaxed) > 0 ? driver->moves[0].move : NO_MOVE;
     }
     Move ponderMove() const {
-        return driver->count.load(std::memory_order_relaxed) > 0 && pv[0][0] == bestMove() ? pv[0][1] : NO_MOVE;
+        return driver->count.load(std::memory_order_relaxed) > 0 && pv[0][0] == bestMove() ? pv[0][1]
+                                                                                           : NO_MOVE;
     }
     // The current line, ended by a 0 word; every move in it can be played.
     const Move* principalVariation() const { return pv[0]; }
@@ -131,7 +132,7 @@ struct SearchThread {
     // Clears counters, killers and mate killers before a search.
     void clearRecord();
 
-private:
+  private:
     void threadBody();
     void generateRootMoves();
     int startDepth();

@@ -2,9 +2,9 @@
 // of it, and the one of the current phase is the live limit that the search polls.
 //
 // Threads: startSearch hands in the clock and calls start() on the protocol thread while no search
-// runs; the protocol thread calls ponderhit() while one does. The search thread reads limit and startTick and moves the phase.
-// limit, startTick, phase and infinite are therefore atomic; everything else is written only while
-// the search is idle.
+// runs; the protocol thread calls ponderhit() while one does. The search thread reads limit and startTick and
+// moves the phase. limit, startTick, phase and infinite are therefore atomic; everything else is written only
+// while the search is idle.
 #pragma once
 
 #include <atomic>

@@ -54,7 +54,8 @@ inline SearchOutcome searchGameBoard(int maxDepth, int moveTimeMs, bool echoLine
     searchThread.startSearch(request, true);
     char text[MOVE_TEXT_SIZE];
     moveToText(gameBoard, text, listener.best);
-    return {listener.best, listener.score, listener.depth, searchThread.endingReason(), text, listener.finishes};
+    return {listener.best, listener.score,   listener.depth, searchThread.endingReason(),
+            text,          listener.finishes};
 }
 
 // An analysis of the game board that reports to listener, for searches on the thread.
