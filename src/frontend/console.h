@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-// Options of the console's own search, shown and changed by "set".
+// Options of the console's own search: "set" shows and changes the switches, "maxdepth" the depth.
 struct ConsoleOptions {
     uint8_t async = 0;    // "g" returns to the prompt at once instead of waiting for the search
     uint8_t book = 1;     // "g" plays from the book first

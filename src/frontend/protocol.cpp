@@ -90,7 +90,7 @@ bool Protocol::playBookMove() {
     return false;
 }
 
-void Protocol::go(GoLimits limits) {
+void Protocol::answerGo(GoLimits limits) {
     // The words, in order; unknown ones are skipped.
     const struct {
         const char* word;

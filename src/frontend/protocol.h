@@ -83,7 +83,7 @@ class Protocol : public SearchListener {
     String nextArg();
     // Reads the words of a "go" from the argument text into limits, then answers from the book or
     // starts the search on its own thread.
-    void go(GoLimits limits);
+    void answerGo(GoLimits limits);
     // The book is consulted again at the next "go": a new game.
     void reopenBook() {
         outOfBookPly = 0;

@@ -17,7 +17,7 @@ void Uci::go() {
     }
     if (current == SEARCHING || current == PONDER) stopSearch();
     searchThread.waitIdle();
-    Protocol::go(GoLimits());
+    answerGo(GoLimits());
 }
 
 void Uci::ponderhit() {

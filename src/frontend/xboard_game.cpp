@@ -108,7 +108,7 @@ void Xboard::think() {
     limits.movetime = clock.moveTimeMs;
     if (clock.movesPerSession > 0)
         limits.movesToGo = clock.movesPerSession - int(gameBoard.gamePly() / 2) % clock.movesPerSession;
-    Protocol::go(limits);
+    answerGo(limits);
 }
 
 void Xboard::callOffSearch() {
