@@ -4,11 +4,12 @@
 
 #include <cstdint>
 
-// Options of the console's own search, shown and changed by "set".
+// Options of the console's own search: "set" shows and changes the switches, "maxdepth" the depth.
 struct ConsoleOptions {
     uint8_t async = 0;    // "g" returns to the prompt at once instead of waiting for the search
     uint8_t book = 1;     // "g" plays from the book first
     uint8_t cleartt = 1;  // "g" clears the transposition table first
+    int maxDepth = 0;     // "maxdepth": the depth limit of "g"; 0 none
 };
 
 extern ConsoleOptions consoleOptions;

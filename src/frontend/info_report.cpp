@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "frontend/uci.h"
-#include "search/searchthread.h"
-#include "search/tt.h"
+#include "frontend/protocol.h"
 
 namespace {
 
@@ -20,24 +18,16 @@ uint64_t speed(uint64_t nodes, uint32_t ms) {
     return nodes / std::max<uint32_t>(ms, 1);
 }
 
-unsigned hashfull() {
-    uint64_t taken = 0;
-    for (const SearchThread& thread : searchThreads)
-        taken += thread.stats.ttReplacements.get() - thread.stats.ttSameAgeReplacements.get();
-    uint32_t entries = tt.entryCount();
-    return entries == 0 ? 0 : unsigned(std::min<uint64_t>(taken * 1000 / entries, 1000));
-}
-
-std::string infoLineText(int depth, int score, const char* clockFields) {
+std::string infoLineText(const SearchReport& report, const char* clockFields) {
     char field[64];
     std::string line;
-    snprintf(field, sizeof field, "info depth %u seldepth %u", unsigned(depth),
-             unsigned(searchThread.seldepth));
+    snprintf(field, sizeof field, "info depth %u seldepth %u", unsigned(report.depth),
+             unsigned(report.seldepth));
     line += field;
-    uciScoreText(field, score);
+    uciScoreText(field, report.score);
     line += field;
     line += clockFields;
-    const Move* pv = searchThread.principalVariation();
+    const Move* pv = report.line;
     for (int i = 0; i < MAX_PLY && pv[i] != NO_MOVE; i++) {
         uciMoveText(field, pv[i]);
         line += field;

@@ -5,16 +5,14 @@
 #include <string>
 
 #include "board/move.h"
+#include "search/searchthread.h"
 
 // Speed as nodes per millisecond: the figure GUIs have always been shown by this engine.
 uint64_t speed(uint64_t nodes, uint32_t ms);
 
-// Per mille of the table taken over from earlier searches in this one.
-unsigned hashfull();
-
-// The "info" line an iteration ends with, its newline included. clockFields is the
-// " time .. nodes .. nps .. pv " part: the protocols write its numbers differently.
-std::string infoLineText(int depth, int score, const char* clockFields);
+// The "info" line of a report, its newline included. clockFields is the " time .. nodes .. nps .. pv "
+// part: the protocols write its numbers differently.
+std::string infoLineText(const SearchReport& report, const char* clockFields);
 
 // What the last "info" line said, to hold back repeats of an unchanged line. ms counts from the start
 // of the search.

@@ -19,7 +19,8 @@ namespace {
 // Plays the move the console search found on the game board and shows the result.
 class ConsoleListener : public SearchListener {
 public:
-    void finish(int, int, Move best) override {
+    void finish(const SearchReport& report) override {
+        const Move best = report.best;
         if (best == NO_MOVE) {
             printf("no legal move\n");
             return;
@@ -31,8 +32,8 @@ public:
         gameBoard.print(stdout, 0);
         fflush(stdout);
     }
-    void reportLine(int, int, Move) override {}
-    void reportMove(int, int, Move) override {}
+    void reportLine(const SearchReport&) override {}
+    void reportMove(const SearchReport&, int, Move) override {}
 };
 
 ConsoleListener consoleListener;
@@ -46,10 +47,13 @@ AfterCommand searchCommand(const char* rest) {
         tt.clear();
     else
         printf("tt not cleared\n");
-    searchThread.listener = &consoleListener;
-    searchThread.echoLines = true;
-    timeControl.infinite.store(false);
-    searchThread.startSearch(!consoleOptions.async);
+    // The limits "maxtime" or the last protocol search left stand.
+    SearchRequest request;
+    request.board = gameBoard;
+    request.maxDepth = consoleOptions.maxDepth;
+    request.listener = &consoleListener;
+    request.echoLines = true;
+    searchThread.startSearch(request, !consoleOptions.async);
     return AfterCommand::READ_NEXT;
 }
 
@@ -59,7 +63,7 @@ AfterCommand maxDepthCommand(const char* rest) {
         printf("illegal arg: %s\n", rest);
         return AfterCommand::READ_NEXT;
     }
-    searchThread.maxDepth = depth;
+    consoleOptions.maxDepth = depth;
     return AfterCommand::READ_NEXT;
 }
 
@@ -113,5 +117,5 @@ constexpr ConsoleCommand commands[] = {
 std::span<const ConsoleCommand> searchCommands() { return commands; }
 
 void stopConsoleSearch() {
-    if (searchThread.listener == &consoleListener && !searchThread.isIdle()) searchThread.stopSearch();
+    if (searchThread.request().listener == &consoleListener && !searchThread.isIdle()) searchThread.stopSearch();
 }

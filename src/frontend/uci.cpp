@@ -3,12 +3,9 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <string>
 
 #include "frontend/protocol_log.h"
 #include "frontend/version.h"
-#include "platform/platform.h"
 #include "search/parallel.h"
 #include "search/timecontrol.h"
 #include "search/tt.h"
@@ -17,13 +14,7 @@ Uci uci;
 
 namespace {
 
-// The protocol's commands and their handlers, matched exactly and taken in every mode.
-struct UciCommand {
-    const char* word;
-    void (Uci::*run)();
-};
-
-const char* const STATUS_NAMES[] = {"_idle_", "pos", "search", "ponder"};
+constexpr ProtocolDialect UCI_DIALECT = {"unknown uci command: ", POSITION, false, false};
 
 // The range of the Hash option, in megabytes.
 constexpr int HASH_MIN_MB = 1;
@@ -31,69 +22,22 @@ constexpr int HASH_MAX_MB = 4096;
 
 }  // namespace
 
+Uci::Uci() : Protocol(stdout, UCI_DIALECT) {}
+
+// The protocol's commands, matched exactly and taken in every mode.
 int Uci::handleCommand(const char* command, const char* rest) {
-    static constexpr UciCommand commands[] = {
+    static constexpr Command<Uci> commands[] = {
         {"uci", &Uci::handshake},       {"position", &Uci::position},   {"go", &Uci::go},
         {"isready", &Uci::isready},     {"setoption", &Uci::setoption}, {"ucinewgame", &Uci::ucinewgame},
         {"ponderhit", &Uci::ponderhit}, {"stop", &Uci::stop},           {"quit", &Uci::quit},
     };
-    if (command[0] == 0) return uciMode;
-    if (uciMode) log.info("%010u:%s%s\n", platform::getTickCount(), command, rest);
-    while (*rest == ' ') rest++;
-    args = String(rest);
-    for (const UciCommand& entry : commands) {
-        if (strcmp(command, entry.word) != 0) continue;
-        (this->*entry.run)();
-        fflush(out);
-        if (FILE* logFile = Log::stream()) fflush(logFile);
-        return 1;
-    }
-    if (uciMode) {
-        std::string message = std::string("unknown uci command: ") + command;
-        traceMessage(message.c_str());
-    }
-    return 0;
-}
-
-String Uci::nextArg() {
-    return String::nextWord(args, " \t");
+    return runCommand<Uci>(commands, uciMode, command, rest);
 }
 
 String Uci::valueArg() {
     while (!args.empty())
         if (nextArg() == "value") return nextArg();
     return String();
-}
-
-int Uci::exchangeStatus(int newStatus, bool* withheld) {
-    std::lock_guard<std::mutex> lock(statusLock);
-    int old = status;
-    status = newStatus;
-    if (withheld) {
-        *withheld = answerWithheld;
-        answerWithheld = false;
-    }
-    return old;
-}
-
-void Uci::setStatus(int newStatus) {
-    std::lock_guard<std::mutex> lock(statusLock);
-    status = newStatus;
-}
-
-const char* Uci::statusName() {
-    std::lock_guard<std::mutex> lock(statusLock);
-    return STATUS_NAMES[status];
-}
-
-void Uci::traceMessage(const char* message) {
-    uint32_t tick = platform::getTickCount();
-    log.info("%010u:%s%s\n", tick, message, "");
-    if (!trace) return;
-    const char* name = statusName();
-    std::lock_guard<std::mutex> lock(outputLock);
-    fprintf(out, "trace %010u[%s]: %s\n", tick, name, message);
-    fflush(out);
 }
 
 void Uci::stopSearch() {
@@ -124,11 +68,7 @@ void Uci::handshake() {
 }
 
 void Uci::isready() {
-    {
-        std::lock_guard<std::mutex> lock(outputLock);
-        fputs("readyok\n", out);
-        fflush(out);
-    }
+    send("readyok\n");
     logAnswer("<--readyok");
 }
 
@@ -141,11 +81,7 @@ void Uci::setoption() {
     // while the engine waits, so a request during a search is logged and dropped.
     bool changesSearch = name == "Hash" || name == "Clear" || name == "Threads";
     if (changesSearch) {
-        int current;
-        {
-            std::lock_guard<std::mutex> lock(statusLock);
-            current = status;
-        }
+        const int current = currentStatus();
         if (current == SEARCHING || current == PONDER) {
             log.warning("setoption %s during a search ignored\n", name.c_str());
             return;
@@ -187,15 +123,9 @@ void Uci::setoption() {
 
 void Uci::ucinewgame() {
     traceMessage("newgame!");
-    outOfBook = OutOfBook();
+    reopenBook();
 }
 
 void Uci::quit() {
-    // Ends at once, without stopping a running search: exit handlers and destructors would run while
-    // the search still reads the tables, so the streams are flushed here and the process leaves
-    // without them.
-    fflush(out);
-    log.info("exit()!\n");
-    fflush(nullptr);
-    std::_Exit(0);
+    quitAtOnce("exit()!\n");
 }

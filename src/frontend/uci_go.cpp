@@ -1,26 +1,10 @@
-// "go", "ponderhit" and "stop": starting the search with its limits, and who answers with "bestmove".
-#include <cstdlib>
+// "go", "ponderhit" and "stop": starting the search, and who answers with "bestmove".
+#include <cstdio>
 
-#include "book/book.h"
-#include "frontend/time_limits.h"
+#include "board/makemove.h"
+#include "board/notation.h"
+#include "frontend/protocol_log.h"
 #include "frontend/uci.h"
-#include "search/timecontrol.h"
-
-bool Uci::playBookMove() {
-    if (outOfBook.ply != 0) return false;
-    Move move = ownBook ? book.pick(gameBoard) : NO_MOVE;
-    if (move != NO_MOVE) {
-        printBestmove(move, NO_MOVE);
-        traceMessage("go()...ok [book]");
-        return true;
-    }
-    // The first search out of book: from here on the book stays shut until a new game.
-    outOfBook.ply = gameBoard.gamePly() + 1;
-    outOfBook.keyHigh = highHalf(gameBoard.hash);
-    outOfBook.keyLow = lowHalf(gameBoard.hash);
-    log.info("Uci:First search out of book is at %u ply\n", outOfBook.ply);
-    return false;
-}
 
 void Uci::go() {
     traceMessage("go()...");
@@ -33,48 +17,7 @@ void Uci::go() {
     }
     if (current == SEARCHING || current == PONDER) stopSearch();
     searchThread.waitIdle();
-
-    // Step 1. The limits.
-    int wtime = -1, btime = -1, winc = 0, binc = 0, depth = 0, movesToGo = 0, movetime = -1;
-    int nodes = 0;  // read and left unused: the search knows no node limit
-    bool infinite = false;
-    int newStatus = SEARCHING;
-    const struct {
-        const char* word;
-        int* value;
-    } numbers[] = {{"wtime", &wtime}, {"btime", &btime}, {"winc", &winc},         {"binc", &binc},
-                   {"depth", &depth}, {"nodes", &nodes}, {"movetime", &movetime}, {"movestogo", &movesToGo}};
-    for (String word = nextArg(); !word.empty() || !args.empty(); word = nextArg()) {
-        if (word == "infinite") {
-            infinite = true;
-        } else if (word == "ponder") {
-            log.info("START pondering\n");
-            infinite = true;
-            newStatus = PONDER;
-        } else {
-            for (const auto& number : numbers)
-                if (word == number.word) *number.value = atoi(nextArg().c_str());
-        }
-    }
-
-    // Step 2. The book. A ponder search must not answer before "ponderhit" or "stop", so it searches
-    // even on a book position; the book is asked again when the engine itself is to move.
-    if (newStatus != PONDER && playBookMove()) return;
-
-    // Step 3. The status; a "go" out of turn still searches.
-    int old = exchangeStatus(newStatus);
-    if (old != POSITION) log.warning("Expected current status==POSITION, got %i\n", old);
-
-    // Step 4. Depth and clock.
-    searchThread.maxDepth = depth;
-    setTimeLimits(outOfBook.ply, wtime, btime, winc, binc, movesToGo, movetime, infinite);
-
-    // Step 5. The search runs on its own thread; input goes on being read meanwhile.
-    reported = Reported();
-    searchThread.listener = this;
-    searchThread.echoLines = false;
-    searchThread.startSearch(false);
-    traceMessage("go() ok");
+    answerGo(GoLimits());
 }
 
 void Uci::ponderhit() {
@@ -89,13 +32,12 @@ void Uci::ponderhit() {
             }
             // The ponder search ended before the opponent moved; its answer was held back until now.
             log.info("Uci:ponderhit(): already finished\n");
-            printInfoLine(searchThread.depth, searchThread.bestScore);
-            printBestmove(searchThread.bestMove(), searchThread.ponderMove());
+            sendWithheldAnswer(true);
             break;
         case POSITION:
             log.warning("uci:: ponderhit without preceeding go(): send bestmove 0000\n");
             setStatus(POSITION);
-            printBestmove(NO_MOVE, NO_MOVE);
+            answer(NO_MOVE, NO_MOVE);
             break;
         case PONDER:
             searchThread.ponderhit();
@@ -120,12 +62,11 @@ void Uci::stop() {
                 break;
             }
             // The ponder search ended before the opponent moved: its withheld answer, without ponder move.
-            printInfoLine(searchThread.depth, searchThread.bestScore);
-            printBestmove(searchThread.bestMove(), NO_MOVE);
+            sendWithheldAnswer(false);
             break;
         case POSITION:
             log.warning("uci:: stop without preceeding go?\n");
-            printBestmove(NO_MOVE, NO_MOVE);
+            answer(NO_MOVE, NO_MOVE);
             break;
         case SEARCHING:
         case PONDER:
@@ -136,4 +77,23 @@ void Uci::stop() {
             break;
     }
     traceMessage("stop() ok");
+}
+
+void Uci::answer(Move best, Move ponder) {
+    char bestText[8], ponderText[8];
+    uciMoveText(bestText, best);
+    uciMoveText(ponderText, ponder);
+    // The log's texts are made before the GUI hears the move and may set up the next position. The
+    // ponder move is written on the position after the best move.
+    char bestLog[MOVE_TEXT_SIZE], ponderLog[MOVE_TEXT_SIZE] = "";
+    moveToText(gameBoard, bestLog, best);
+    if (ponder != NO_MOVE) {
+        Board after = gameBoard;
+        if (best != NO_MOVE && makeMove(after, best) != NO_MOVE) moveToText(after, ponderLog, ponder);
+    }
+    if (ponder != NO_MOVE)
+        send("bestmove %s ponder %s\n", bestText, ponderText);
+    else
+        send("bestmove %s\n", bestText);
+    logBestmove(best, bestLog, ponder, ponderLog);
 }

@@ -61,16 +61,15 @@ void Uci::position() {
                 log.warning("illegal move: %s\n", word.c_str());
                 break;
             }
-            if (highHalf(gameBoard.hash) == outOfBook.keyHigh && lowHalf(gameBoard.hash) == outOfBook.keyLow)
-                reachedOutOfBook = true;
+            if (gameBoard.hash == outOfBookKey) reachedOutOfBook = true;
         }
     }
 
     // Step 4. A GUI that starts a new game without "ucinewgame" never passes the position where the
     // last game left the book: that game is over, and the book is open again.
-    if (!reachedOutOfBook && outOfBook.ply != 0) {
+    if (!reachedOutOfBook && outOfBookPly != 0) {
         traceMessage("newgame!");
-        outOfBook = OutOfBook();
+        reopenBook();
     }
 
     // Step 5. The history is not taken back from here, so the piece lists can be closed up.

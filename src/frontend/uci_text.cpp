@@ -1,7 +1,7 @@
-// The protocol's texts for moves and scores.
+// The protocols' texts for moves and scores.
 #include <cstdio>
 
-#include "frontend/uci.h"
+#include "frontend/protocol.h"
 
 void uciMoveText(char* text, Move move) {
     if (move == NO_MOVE) {

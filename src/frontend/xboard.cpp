@@ -1,28 +1,22 @@
-// The xboard handler's line handling, handshake, feature lines, log file and trace.
+// The xboard handler's command table, handshake and feature lines, and the commands that set up a game.
 #include "frontend/xboard.h"
 
 #include <cstdlib>
-#include <cstring>
-#include <string>
 
 #include "frontend/protocol_log.h"
 #include "frontend/version.h"
-#include "platform/platform.h"
 
 namespace {
 
-struct XboardCommand {
-    const char* word;
-    void (Xboard::*run)();
-};
-
-const char* const STATUS_NAMES[] = {"_idle_", "pos", "search", "ponder"};
+constexpr ProtocolDialect XBOARD_DIALECT = {"unknown winboard command: ", IDLE, true, true};
 
 }  // namespace
 
+Xboard::Xboard(FILE* output) : Protocol(output, XBOARD_DIALECT) {}
+
+// The protocol's words, then the clock commands a GUI sends for timed play.
 int Xboard::handleCommand(const char* command, const char* rest) {
-    // The protocol's words, then the clock commands a GUI sends for timed play.
-    static constexpr XboardCommand commands[] = {
+    static constexpr Command<Xboard> commands[] = {
         {"xboard", &Xboard::handshake},
         {"protover", &Xboard::protover},
         {"new", &Xboard::newGame},
@@ -40,60 +34,12 @@ int Xboard::handleCommand(const char* command, const char* rest) {
         {"time", &Xboard::time},
         {"otim", &Xboard::otim},
     };
-    if (command[0] == 0) return xboardMode;
-    if (xboardMode) log.info("%010u:%s%s\n", platform::getTickCount(), command, rest);
-    while (*rest == ' ') rest++;
-    args = String(rest);
-    for (const XboardCommand& entry : commands) {
-        if (strcmp(command, entry.word) != 0) continue;
-        (this->*entry.run)();
-        fflush(out);
-        if (FILE* logFile = Log::stream()) fflush(logFile);
-        return 1;
-    }
-    if (xboardMode) {
-        std::string message = std::string("unknown winboard command: ") + command;
-        traceMessage(message.c_str());
-    }
-    return 0;
-}
-
-int Xboard::exchangeStatus(int newStatus) {
-    std::lock_guard<std::mutex> lock(statusLock);
-    int old = status;
-    status = newStatus;
-    return old;
-}
-
-int Xboard::currentStatus() {
-    std::lock_guard<std::mutex> lock(statusLock);
-    return status;
-}
-
-const char* Xboard::statusName() {
-    return STATUS_NAMES[currentStatus()];
-}
-
-void Xboard::traceMessage(const char* message) {
-    uint32_t tick = platform::getTickCount();
-    log.info("%010u:%s%s\n", tick, message, "");
-    if (!trace) return;
-    const char* name = statusName();
-    std::lock_guard<std::mutex> lock(outputLock);
-    fprintf(out, "trace %010u[%s]: %s\n", tick, name, message);
-    fflush(out);
+    return runCommand<Xboard>(commands, xboardMode, command, rest);
 }
 
 void Xboard::handshake() {
-    searchThread.waitIdle();
-    searchThread.listener = this;
-    searchThread.echoLines = false;
     openProtocolLog(logDir);
-    {
-        std::lock_guard<std::mutex> lock(outputLock);
-        fputs("\n", out);
-        fflush(out);
-    }
+    send("\n");
     xboardMode = 1;
     logAnswer("<--xboard");
 }
@@ -117,9 +63,8 @@ void Xboard::protover() {
 // The position stays: a GUI starts each game with "setboard".
 void Xboard::newGame() {
     callOffSearch();
-    outOfBookPly = 0;
+    reopenBook();
     engineSide = 1;
-    searchThread.maxDepth = 0;
     clock.depth = 0;
 }
 
@@ -135,10 +80,7 @@ void Xboard::go() {
 }
 
 void Xboard::ping() {
-    const int number = atoi(String::nextWord(args, " \t").c_str());
-    std::lock_guard<std::mutex> lock(outputLock);
-    fprintf(out, "pong %i\n", number);
-    fflush(out);
+    send("pong %i\n", atoi(nextArg().c_str()));
 }
 
 // "result" and "draw": the game's end and draw offers change nothing here.
@@ -151,14 +93,9 @@ void Xboard::setboard() {
     if (positionValid) return;
     // A refused FEN leaves a half-filled board: no move is read or searched on it until the next
     // position arrives.
-    std::lock_guard<std::mutex> lock(outputLock);
-    fputs("tellusererror Illegal position\n", out);
-    fflush(out);
+    send("tellusererror Illegal position\n");
 }
 
 void Xboard::quit() {
-    // Ends at once, like the UCI "quit": a running search must not see the tables torn down.
-    fflush(out);
-    fflush(nullptr);
-    std::_Exit(0);
+    quitAtOnce(nullptr);
 }

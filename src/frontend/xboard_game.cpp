@@ -1,25 +1,20 @@
-// The game under xboard: moves from the GUI, taking them back, the clock, and thinking on the engine's
-// turn. The board's piece lists are never compacted, so every move played here can be taken back, as
-// far as the history holds it: a long game drops the plies before its last capture or pawn move.
+// The game under xboard: moves from the GUI, taking them back, the clock, thinking on the engine's
+// turn, and playing its move. The board's piece lists are never compacted, so every move played here
+// can be taken back, as far as the history holds it: a long game drops the plies before its last
+// capture or pawn move.
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
 #include "board/gamemove.h"
 #include "board/notation.h"
-#include "book/book.h"
-#include "frontend/time_limits.h"
+#include "frontend/protocol_log.h"
 #include "frontend/xboard.h"
-#include "search/timecontrol.h"
 
 namespace {
 
-String nextWord(String& source) {
-    return String::nextWord(source, " \t");
-}
-
 int nextNumber(String& source) {
-    return atoi(nextWord(source).c_str());
+    return atoi(String::nextWord(source, " \t").c_str());
 }
 
 // "level" gives the base time as minutes or minutes:seconds.
@@ -50,12 +45,10 @@ Move Xboard::makeGameMove(Move move) {
 
 void Xboard::usermove() {
     callOffSearch();
-    const String text = nextWord(args);
+    const String text = nextArg();
     const Move move = positionValid ? isMove(gameBoard, text.c_str()) : NO_MOVE;
     if (move == NO_MOVE || makeGameMove(move) == NO_MOVE) {
-        std::lock_guard<std::mutex> lock(outputLock);
-        fprintf(out, "Illegal Move: %s\n", text.c_str());
-        fflush(out);
+        send("Illegal Move: %s\n", text.c_str());
         return;
     }
     think();
@@ -64,9 +57,7 @@ void Xboard::usermove() {
 void Xboard::undo() {
     callOffSearch();
     if (undoStack.empty()) {
-        std::lock_guard<std::mutex> lock(outputLock);
-        fputs("tellusererror cannot undo\n", out);
-        fflush(out);
+        send("tellusererror cannot undo\n");
         return;
     }
     const UndoEntry last = undoStack.back();
@@ -78,7 +69,7 @@ void Xboard::undo() {
 // seconds.
 void Xboard::level() {
     clock.movesPerSession = nextNumber(args);
-    const String base = nextWord(args);
+    const String base = nextArg();
     clock.ownMs = clock.opponentMs = baseTimeMs(base.c_str());
     clock.incrementMs = nextNumber(args) * 1000;
     clock.moveTimeMs = -1;
@@ -103,88 +94,26 @@ void Xboard::otim() {
     clock.opponentMs = nextNumber(args) * 10;
 }
 
-bool Xboard::playBookMove() {
-    if (outOfBookPly != 0) return false;
-    const Move move = ownBook ? book.pick(gameBoard) : NO_MOVE;
-    if (move != NO_MOVE) {
-        playMove(move, NO_MOVE);
-        traceMessage("go()...ok [book]");
-        return true;
-    }
-    // The first search out of book: from here on the book stays shut until a new game.
-    outOfBookPly = gameBoard.gamePly() + 1;
-    log.info("Uci:First search out of book is at %u ply\n", outOfBookPly);
-    return false;
-}
-
 void Xboard::think() {
     if (!positionValid || (engineSide != 0 && engineSide != 1) || engineSide != int(gameBoard.sideToMove))
         return;
     traceMessage("go()...");
-
-    // Step 1. The limits: the clock the GUI set, unless the argument text names others.
+    // The clock the GUI set; words after "go" may name others.
     const bool white = gameBoard.sideToMove == 0;
-    int wtime = white ? clock.ownMs : clock.opponentMs;
-    int btime = white ? clock.opponentMs : clock.ownMs;
-    int winc = clock.incrementMs, binc = clock.incrementMs, depth = clock.depth, movetime = clock.moveTimeMs;
-    int movesToGo = 0;
+    GoLimits limits;
+    limits.wtime = white ? clock.ownMs : clock.opponentMs;
+    limits.btime = white ? clock.opponentMs : clock.ownMs;
+    limits.winc = limits.binc = clock.incrementMs;
+    limits.depth = clock.depth;
+    limits.movetime = clock.moveTimeMs;
     if (clock.movesPerSession > 0)
-        movesToGo = clock.movesPerSession - int(gameBoard.gamePly() / 2) % clock.movesPerSession;
-    bool infinite = false;
-    int newStatus = SEARCHING;
-    for (String word = nextWord(args); !word.empty() || !args.empty(); word = nextWord(args)) {
-        if (word == "wtime")
-            wtime = nextNumber(args);
-        else if (word == "btime")
-            btime = nextNumber(args);
-        else if (word == "winc")
-            winc = nextNumber(args);
-        else if (word == "binc")
-            binc = nextNumber(args);
-        else if (word == "depth")
-            depth = nextNumber(args);
-        else if (word == "nodes")
-            nextNumber(args);
-        else if (word == "movetime")
-            movetime = nextNumber(args);
-        else if (word == "movestogo")
-            movesToGo = nextNumber(args);
-        else if (word == "infinite")
-            infinite = true;
-        else if (word == "ponder") {
-            log.info("START pondering\n");
-            infinite = true;
-            newStatus = PONDER;
-        }
-    }
-
-    // Step 2. The book; a ponder search must not answer early, so it searches even a book position.
-    if (newStatus != PONDER && playBookMove()) return;
-
-    // Step 3. The status; thinking out of turn still searches.
-    const int old = exchangeStatus(newStatus);
-    if (old != IDLE) log.warning("Expected current status==IDLE, got %i\n", old);
-
-    // Step 4. Depth and clock.
-    searchThread.maxDepth = depth;
-    setTimeLimits(outOfBookPly, wtime, btime, winc, binc, movesToGo, movetime, infinite);
-
-    // Step 5. The search runs on its own thread; input goes on being read meanwhile.
-    reported = Reported();
-    searchThread.listener = this;
-    searchThread.echoLines = false;
-    searchThread.startSearch(false);
-    traceMessage("go() ok");
+        limits.movesToGo = clock.movesPerSession - int(gameBoard.gamePly() / 2) % clock.movesPerSession;
+    answerGo(limits);
 }
 
 void Xboard::callOffSearch() {
-    int old;
-    {
-        std::lock_guard<std::mutex> lock(statusLock);
-        old = status;
-        status = IDLE;
-        resultWithheld = false;
-    }
+    bool dropped;
+    const int old = exchangeStatus(IDLE, &dropped);
     if (old == SEARCHING || old == PONDER) {
         // The status is already IDLE, so finish drops the move: it belongs to a game that has moved on.
         log.info("xboard: search called off\n");
@@ -203,13 +132,12 @@ void Xboard::stop() {
         std::lock_guard<std::mutex> lock(statusLock);
         old = status;
         if (old == PONDER) status = SEARCHING;
-        withheld = resultWithheld;
-        resultWithheld = false;
+        withheld = answerWithheld;
+        answerWithheld = false;
     }
     if (old == IDLE) {
         if (withheld) {
-            printInfoLine(searchThread.depth, searchThread.bestScore);
-            playMove(searchThread.bestMove(), NO_MOVE);
+            sendWithheldAnswer(false);
         } else {
             log.warning("xboard:: stop without preceeding go?\n");
         }
@@ -219,4 +147,18 @@ void Xboard::stop() {
         log.info("uci:stop() END\n");
     }
     traceMessage("stop() ok");
+}
+
+void Xboard::answer(Move best, Move ponder) {
+    char text[8];
+    uciMoveText(text, best);
+    // The log names the moves in the board's own form, on the position before the move.
+    char bestLog[MOVE_TEXT_SIZE], ponderLog[MOVE_TEXT_SIZE] = "";
+    moveToText(gameBoard, bestLog, best);
+    if (best != NO_MOVE && makeGameMove(best) == NO_MOVE)
+        log.warning("move not played: %s\n", bestLog);
+    else if (ponder != NO_MOVE)
+        moveToText(gameBoard, ponderLog, ponder);
+    send("move %s\n", text);
+    logBestmove(best, bestLog, ponder, ponderLog);
 }

@@ -6,12 +6,10 @@
 
 #include "board/notation.h"
 #include "harness/epd.h"
-#include "harness/savedsearch.h"
 #include "harness/solution.h"
 #include "harness/textinput.h"
 #include "platform/platform.h"
 #include "search/searchthread.h"
-#include "search/timecontrol.h"
 #include "search/tt.h"
 
 namespace {
@@ -19,23 +17,22 @@ namespace {
 // Follows the best move the search shows and keeps the solution clock.
 class SolutionListener : public SearchListener {
   public:
-    SolutionListener(const EpdMoves& solutions, uint32_t start) : moves(solutions), startTick(start) {}
+    explicit SolutionListener(const EpdMoves& solutions) : moves(solutions) {}
 
-    void reportLine(int, int, Move best) override { clock.shown(isSolution(moves, best), now()); }
-    void reportMove(int, int, Move) override {}
-    void finish(int, int, Move best) override {
-        chosen = best;
-        clock.shown(isSolution(moves, best), now());
+    void reportLine(const SearchReport& report) override {
+        clock.shown(isSolution(moves, report.best), report.ms);
+    }
+    void reportMove(const SearchReport&, int, Move) override {}
+    void finish(const SearchReport& report) override {
+        chosen = report.best;
+        clock.shown(isSolution(moves, report.best), report.ms);
     }
 
     SolutionClock clock;
     Move chosen = NO_MOVE;
 
   private:
-    uint32_t now() const { return platform::getTickCount() - startTick; }
-
     const EpdMoves& moves;
-    uint32_t startTick;
 };
 
 struct EpdEntry {
@@ -71,20 +68,18 @@ std::string joined(const char* opcode, const std::vector<std::string>& moves) {
     return text;
 }
 
-// Searches the game board, set up for one position, for ms milliseconds.
-void searchPosition(const EpdMoves& moves, uint32_t ms, PositionResult& result) {
+// Searches the request's position for its move time, from an empty table and with no depth limit.
+void searchPosition(const EpdMoves& moves, SearchRequest& request, PositionResult& result) {
     tt.clear();
-    timeControl.infinite.store(false);
-    timeControl.setMoveTime(static_cast<int>(ms));
     const uint32_t start = platform::getTickCount();
-    SolutionListener listener(moves, start);
-    searchThread.listener = &listener;
-    searchThread.startSearch(true);
+    SolutionListener listener(moves);
+    request.listener = &listener;
+    searchThread.startSearch(request, true);
     const uint32_t elapsed = platform::getTickCount() - start;
 
     result.nodes = totalNodes();
     char text[MOVE_TEXT_SIZE];
-    moveToText(gameBoard, text, listener.chosen);
+    moveToText(request.board, text, listener.chosen);
     result.move = listener.chosen == NO_MOVE ? "-" : text;
     result.outcome = listener.clock.solved() ? PositionOutcome::SOLVED : PositionOutcome::UNSOLVED;
     result.ms = listener.clock.solved() ? listener.clock.solutionMs() : elapsed;
@@ -120,8 +115,10 @@ bool runEpdFile(const std::string& path, double seconds, EpdRun& run, FILE* out)
 
     // Step 2. Each position on its own: an empty table, the time per position, no depth limit.
     searchThread.stopSearch();
-    const SavedSearch saved;
-    const uint32_t ms = static_cast<uint32_t>(std::clamp(seconds * 1000, 1.0, double(INT32_MAX)));
+    SearchRequest request;
+    request.clock =
+        ClockLimits{.moveTimeMs = static_cast<int>(std::clamp(seconds * 1000, 1.0, double(INT32_MAX)))};
+    request.statistics = false;
     int number = 0;
     for (const EpdEntry& entry : entries) {
         PositionResult result;
@@ -129,8 +126,8 @@ bool runEpdFile(const std::string& path, double seconds, EpdRun& run, FILE* out)
         result.id = entry.record.id.empty() ? "#" + std::to_string(number) : entry.record.id;
         std::string error = entry.error;
         EpdMoves moves;
-        if (entry.kind == EpdLine::POSITION && setUpEpd(gameBoard, entry.record, moves, error)) {
-            searchPosition(moves, ms, result);
+        if (entry.kind == EpdLine::POSITION && setUpEpd(request.board, entry.record, moves, error)) {
+            searchPosition(moves, request, result);
             printPosition(out, result, entry.record);
         } else {
             result.outcome = PositionOutcome::ERROR;

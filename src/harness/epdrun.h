@@ -17,8 +17,8 @@ constexpr double DEFAULT_SECONDS = 10;
 
 // Searches every position of the file for seconds each (0: the suite's prescribed time, else
 // DEFAULT_SECONDS), printing a line per position to out, and fills run. Lines that cannot be used are
-// reported and counted as errors; the run goes on. False when the file cannot be opened. The game board,
-// the search limits and the listener are left as they were; the transposition table is cleared.
+// reported and counted as errors; the run goes on. False when the file cannot be opened. The game board
+// is left as it is; the transposition table is cleared.
 bool runEpdFile(const std::string& path, double seconds, EpdRun& run, FILE* out);
 
 // The summary printed after a run: solved count, solution times, nodes.

@@ -5,13 +5,11 @@
 #include <cstdlib>
 #include <vector>
 
-#include "board/board.h"
 #include "frontend/util/string.h"
-#include "harness/savedsearch.h"
 #include "platform/platform.h"
 #include "search/bench.h"
+#include "search/parallel.h"
 #include "search/searchthread.h"
-#include "search/timecontrol.h"
 
 namespace {
 
@@ -21,8 +19,11 @@ constexpr int ROUNDS = 6;
 // with the round's root position (a worker takes back what it played, so its board ends there) and
 // gone back to sleep.
 bool wakeAndStop(int round, uint32_t& stopMs, uint64_t& workerNodes, std::string& detail) {
-    gameBoard.setFen(benchPositions()[round % benchPositions().size()]);
-    searchThread.startSearch(false);
+    SearchRequest request;
+    request.board.setFen(benchPositions()[round % benchPositions().size()]);
+    request.infinite = true;
+    request.statistics = false;
+    searchThread.startSearch(request, false);
     platform::sleepMs(20);
     if (searchThread.isIdle()) {
         detail = "the search thread did not start searching";
@@ -33,7 +34,7 @@ bool wakeAndStop(int round, uint32_t& stopMs, uint64_t& workerNodes, std::string
     waitForWorkers();
     stopMs = std::max(stopMs, platform::getTickCount() - start);
     for (int i = 1; i < MAX_THREADS; ++i) {
-        if (searchThreads[i].board.hash != gameBoard.hash) {
+        if (searchThreads[i].board.hash != request.board.hash) {
             detail = "slot " + std::to_string(i) + " did not wake with the search";
             return false;
         }
@@ -42,16 +43,7 @@ bool wakeAndStop(int round, uint32_t& stopMs, uint64_t& workerNodes, std::string
     return true;
 }
 
-}  // namespace
-
-// All eight slots through the parallel search's own calls: set the count, start (which wakes the
-// workers), stop, wait until every worker sleeps; several rounds, then the old count again.
-bool threadSelfTest(std::string& detail) {
-    searchThread.boot();
-    searchThread.stopSearch();
-    const SavedSearch saved;
-    setThreads(MAX_THREADS);
-    timeControl.infinite.store(true);
+bool wakeAllSlots(std::string& detail) {
     if (threadCount() != MAX_THREADS) {
         detail = "only " + std::to_string(threadCount()) + " search threads could be set";
         return false;
@@ -64,6 +56,20 @@ bool threadSelfTest(std::string& detail) {
              " times, slowest stop " + std::to_string(stopMs) + " ms, workers searched " +
              std::to_string(workerNodes) + " nodes";
     return true;
+}
+
+}  // namespace
+
+// All eight slots through the parallel search's own calls: set the count, start (which wakes the
+// workers), stop, wait until every worker sleeps; several rounds, then the old count again.
+bool threadSelfTest(std::string& detail) {
+    searchThread.boot();
+    searchThread.stopSearch();
+    const int threads = threadCount();
+    setThreads(MAX_THREADS);
+    const bool passed = wakeAllSlots(detail);
+    if (threadCount() != threads) setThreads(threads);
+    return passed;
 }
 
 bool stringSelfTest(std::string& detail) {

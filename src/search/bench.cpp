@@ -1,9 +1,7 @@
 #include "search/bench.h"
 
-#include "board/board.h"
 #include "platform/platform.h"
 #include "search/searchthread.h"
-#include "search/timecontrol.h"
 #include "search/tt.h"
 
 namespace {
@@ -48,28 +46,19 @@ constexpr const char* POSITIONS[] = {
 std::span<const char* const> benchPositions() { return POSITIONS; }
 
 BenchResult runBench(int depth, void (*perPosition)(int index, uint64_t nodes, uint32_t ms)) {
-    SearchThread& thread = searchThread;
-    const Board saved = gameBoard;
-    const int savedDepth = thread.maxDepth;
-    const bool savedInfinite = timeControl.infinite.load();
-    SearchListener* savedListener = thread.listener;
-    const bool savedStatistics = thread.printStatistics;
-    const bool savedEcho = thread.echoLines;
-
     // Depth alone ends each search: no clock, no listener, no output.
-    thread.maxDepth = depth;
-    timeControl.infinite.store(true);
-    thread.listener = nullptr;
-    thread.printStatistics = false;
-    thread.echoLines = false;
+    SearchRequest request;
+    request.maxDepth = depth;
+    request.infinite = true;
+    request.statistics = false;
 
     BenchResult result;
     int index = 0;
     for (const char* fen : POSITIONS) {
-        gameBoard.setFen(fen);
+        request.board.setFen(fen);
         tt.clear();
         const uint32_t start = platform::getTickCount();
-        thread.startSearch(true);
+        searchThread.startSearch(request, true);
         const uint32_t ms = platform::getTickCount() - start;
         const uint64_t nodes = totalNodes();
         result.nodes += nodes;
@@ -77,12 +66,5 @@ BenchResult runBench(int depth, void (*perPosition)(int index, uint64_t nodes, u
         if (perPosition) perPosition(index, nodes, ms);
         ++index;
     }
-
-    gameBoard = saved;
-    thread.maxDepth = savedDepth;
-    timeControl.infinite.store(savedInfinite);
-    thread.listener = savedListener;
-    thread.printStatistics = savedStatistics;
-    thread.echoLines = savedEcho;
     return result;
 }

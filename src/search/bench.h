@@ -14,6 +14,5 @@ struct BenchResult {
 };
 
 // Searches every bench position to depth; perPosition (may be null) hears each position's index, nodes
-// and milliseconds. The game board, the table contents and the search limits are left as they were,
-// except that the table is cleared.
+// and milliseconds. The game board is left as it is; the table is cleared.
 BenchResult runBench(int depth, void (*perPosition)(int index, uint64_t nodes, uint32_t ms) = nullptr);

@@ -29,7 +29,7 @@ void append(std::string& text, const char* format, ...) {
 std::string lineHead(const SearchThread& thread, int score) {
     const uint32_t seconds = timeControl.elapsed() / 1000;
     std::string text;
-    append(text, "%2i/%-2i %2i:%02i:%02i %8s %8s ", thread.depth.load(std::memory_order_relaxed), thread.seldepth,
+    append(text, "%2i/%-2i %2i:%02i:%02i %8s %8s ", thread.iterationDepth(), thread.seldepth,
            seconds / 3600, seconds / 60 % 60, seconds % 60, formatCount(totalNodes()).c_str(),
            formatScore(score).c_str());
     return text;
@@ -37,7 +37,7 @@ std::string lineHead(const SearchThread& thread, int score) {
 
 void emit(const SearchThread& thread, const std::string& text) {
     Log().info("%s", text.c_str());
-    if (thread.echoLines) {
+    if (thread.request().echoLines) {
         std::fputs(text.c_str(), stdout);
         std::fflush(stdout);
     }

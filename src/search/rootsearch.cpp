@@ -61,15 +61,15 @@ void SearchThread::generateRootMoves() {
             log.info("Dropped rootmove: %s\n", text);
             continue;
         }
-        RootMove& root = rootMoves[count];
-        root.move = made;
-        root.score = -quiescence(*this, 1, -MATE, MATE, 0, made);
-        root.key = root.score;
-        root.secondaryKey = -count;  // generator order among equals
+        RootMove& entry = driver->moves[count];
+        entry.move = made;
+        entry.score = -quiescence(*this, 1, -MATE, MATE, 0, made);
+        entry.key = entry.score;
+        entry.secondaryKey = -count;  // generator order among equals
         takeBack(board, made, saved);
         ++count;
     }
-    rootCount.store(count, std::memory_order_relaxed);
+    driver->count.store(count, std::memory_order_relaxed);
 }
 
 // The line below the root may end in moves taken from the table without a search of their own; it is
@@ -92,11 +92,11 @@ void SearchThread::trimRootLine() {
 int SearchThread::startDepth() {
     TtEntry entry;
     if (!tt.probe(board, entry) || entry.move == NO_MOVE || entry.type == TT_UPPER) return 1;
-    const int count = rootCount.load(std::memory_order_relaxed);
+    const int count = driver->count.load(std::memory_order_relaxed);
     for (int i = 0; i < count; ++i) {
-        if ((rootMoves[i].move & KILLER_MASK) != (entry.move & KILLER_MASK)) continue;
+        if ((driver->moves[i].move & KILLER_MASK) != (entry.move & KILLER_MASK)) continue;
         char text[MOVE_TEXT_SIZE];
-        moveToText(board, text, rootMoves[i].move);
+        moveToText(board, text, driver->moves[i].move);
         Log().info("[tt] %s\n", text);
         const int start = entry.depth - (entry.type == TT_EXACT ? 0 : 1);
         return start < 1 ? 1 : start;
@@ -106,26 +106,27 @@ int SearchThread::startDepth() {
 
 void SearchThread::search() {
     Log log;
+    RootDriver& root = *driver;
     // Set-up.
+    const int maxDepth = root.request.maxDepth;
     const int depthLimit = maxDepth < 1 || maxDepth > MAX_DEPTH ? MAX_DEPTH : maxDepth;
-    timeControl.start();
     clearRecord();
     tt.newSearch();
     waitForWorkers();
     wakeWorkers(board);
     generateRootMoves();
-    const int count = rootCount.load(std::memory_order_relaxed);
-    sortRootMoves(rootMoves, rootMoves + count);
+    const int count = root.count.load(std::memory_order_relaxed);
+    sortRootMoves(root.moves, root.moves + count);
     log.info("eval=%i\n", evaluate(eval, board));
 
     int iteration = startDepth();
     if (iteration > depthLimit) iteration = depthLimit;
-    bestScore = count > 0 ? rootMoves[0].score : board.inCheck() ? -MATE : DRAW;
-    previousIterationNodes = 0;
+    root.bestScore = count > 0 ? root.moves[0].score : board.inCheck() ? -MATE : DRAW;
+    root.previousIterationNodes = 0;
     const char* reason = count > 0 ? nullptr : "no legal move\n";
 
     while (count > 0) {
-        depth.store(iteration, std::memory_order_relaxed);
+        root.depth.store(iteration, std::memory_order_relaxed);
         timeControl.setIteration(iteration);
         probePlyLimit = std::max(2, iteration * 2 / 3);
         minSplitDepth = minimumSplitDepth();
@@ -136,7 +137,7 @@ void SearchThread::search() {
             break;
         }
         if (!timeControl.infinite.load(std::memory_order_relaxed)) {
-            if (MATE - std::abs(bestScore) <= iteration + 1) {
+            if (MATE - std::abs(root.bestScore) <= iteration + 1) {
                 reason = "(optimal)\n";
                 break;
             }
@@ -145,41 +146,43 @@ void SearchThread::search() {
                 break;
             }
             // A zero move word never heads the list in play, so this rule stays out of normal games.
-            if (iteration > 5 && rootMoves[0].move == NO_MOVE &&
+            if (iteration > 5 && root.moves[0].move == NO_MOVE &&
                 timeControl.elapsed() > static_cast<uint32_t>(timeControl.phaseLimit[0])) {
                 reason = "easy move\n";
                 break;
             }
         }
-        if (!timeControl.nextIteration(bestScore)) {
+        if (!timeControl.nextIteration(root.bestScore)) {
             reason = "ok/stop\n";
             break;
         }
         const uint64_t nodes = totalNodes();
-        log.info("/%2.1f\n", previousIterationNodes ? double(nodes) / double(previousIterationNodes) : 0.0);
-        previousIterationNodes = nodes;
+        log.info("/%2.1f\n",
+                 root.previousIterationNodes ? double(nodes) / double(root.previousIterationNodes) : 0.0);
+        root.previousIterationNodes = nodes;
         if (++iteration > depthLimit) {
             reason = "depth limit\n";
             break;
         }
-        sortRootMoves(rootMoves + 1, rootMoves + count);
+        sortRootMoves(root.moves + 1, root.moves + count);
     }
 
-    endingReason = reason;
-    printLine(*this, bestScore, reason);
-    if (listener) listener->finish(depth.load(std::memory_order_relaxed), bestScore, bestMove());
+    root.endingReason = reason;
+    printLine(*this, root.bestScore, reason);
+    if (SearchListener* listener = root.request.listener)
+        listener->finish(report(iterationDepth(), root.bestScore, bestMove()));
     stopAllThreads();
     waitForWorkers();
-    if (printStatistics) logStatistics(*this);
+    if (root.request.statistics) logStatistics(*this);
 }
 
 // A new best move, searched with the root position back on the board: its line is checked and
 // printed from the root, and the root's table entry names it.
 void SearchThread::adoptBestMove(int d, int score, Move made) {
-    bestScore = score;
+    driver->bestScore = score;
     copyLine(*this, 0, made);
     trimRootLine();
-    if (listener) listener->reportLine(d, score, made);
+    if (SearchListener* listener = driver->request.listener) listener->reportLine(report(d, score, made));
     printLine(*this, score, nullptr);
     storeEntry(*this, 0, made & KILLER_MASK, score, d, TT_LOWER);
 }
@@ -196,45 +199,47 @@ void SearchThread::recordTreeSize(RootMove& searched, uint64_t nodesBefore, int 
 // One iteration: the first move with the full window, the others with a null window around the best
 // score, re-searched in full when they fail high.
 void SearchThread::searchRoot(int d) {
-    const int count = rootCount.load(std::memory_order_relaxed);
+    RootDriver& root = *driver;
+    const int count = root.count.load(std::memory_order_relaxed);
     const SavedState saved = saveState(board);
 
     // The first move sets the score to beat.
-    Move made = makeMove(board, rootMoves[0].move);
-    if (listener) listener->reportMove(d, 0, made);
+    Move made = makeMove(board, root.moves[0].move);
+    SearchListener* listener = root.request.listener;
+    if (listener) listener->reportMove(report(d, root.bestScore, bestMove()), 0, made);
     uint64_t before = totalNodes();
     int score = -alphaBeta(*this, 1, -MATE, MATE, d - 1, made, NODE_PV);
     takeBack(board, made, saved);
     if (stopRequested(*this)) return;
-    recordTreeSize(rootMoves[0], before, score);
+    recordTreeSize(root.moves[0], before, score);
     adoptBestMove(d, score, made);
     timeControl.checkScoreDrop(score);
 
     // The others must prove they are better.
     for (int i = 1; i < count; ++i) {
         if (stopRequested(*this)) return;
-        made = makeMove(board, rootMoves[i].move);
-        if (listener) listener->reportMove(d, i, made);
+        made = makeMove(board, root.moves[i].move);
+        if (listener) listener->reportMove(report(d, root.bestScore, bestMove()), i, made);
         before = totalNodes();
         bool confirmed = false;
-        score = -alphaBeta(*this, 1, -bestScore - 1, -bestScore, d - 1, made, NODE_CUT);
-        if (score > bestScore && !stop.load(std::memory_order_relaxed)) {
+        score = -alphaBeta(*this, 1, -root.bestScore - 1, -root.bestScore, d - 1, made, NODE_CUT);
+        if (score > root.bestScore && !stop.load(std::memory_order_relaxed)) {
             timeControl.enterFailHighPhase();
             char mark[32];
             std::snprintf(mark, sizeof mark, "++%i/%i", i + 1, count);
             printMove(*this, score, made, mark);
-            score = -alphaBeta(*this, 1, -MATE, -bestScore, d - 1, made, NODE_PV);
+            score = -alphaBeta(*this, 1, -MATE, -root.bestScore, d - 1, made, NODE_PV);
             if (!stop.load(std::memory_order_relaxed)) {
-                confirmed = score > bestScore;
+                confirmed = score > root.bestScore;
                 if (!confirmed) printMove(*this, score, made, "--");
             }
             timeControl.leaveFailHighPhase();
         }
         takeBack(board, made, saved);
         if (stop.load(std::memory_order_relaxed)) return;
-        recordTreeSize(rootMoves[i], before, score);
+        recordTreeSize(root.moves[i], before, score);
         if (confirmed) {
-            std::rotate(rootMoves, rootMoves + i, rootMoves + i + 1);
+            std::rotate(root.moves, root.moves + i, root.moves + i + 1);
             adoptBestMove(d, score, made);
         }
     }

@@ -1,9 +1,10 @@
-// The search threads. Slot 0 is the search thread that the protocols drive: it owns the root move
-// list, iterative deepening and the reports. The other slots are the workers of the parallel search;
-// every slot has its own Board, evaluation context, killers, lines and counters.
+// The search threads. Slot 0 is the search thread that the protocols drive: its root driver holds the
+// request, the root move list and the iteration, and it runs iterative deepening and the reports. The
+// other slots are the workers of the parallel search; every slot has its own Board, evaluation
+// context, killers, lines and counters.
 //
 // Threads:
-// - Fixed while a search runs: the root list, the listener, maxDepth, the iteration depth.
+// - Fixed while a search runs: the request, and the root list outside the root search.
 // - Written only by the slot's own thread: board, killers, mate killers, pv, seldepth, counters
 //   (the counters are relaxed atomics so that the driver may sum them at any time).
 // - Written by other threads: stop (the protocol, the driver, a sibling at a split point).
@@ -17,22 +18,36 @@
 #include "eval/evalcontext.h"
 #include "platform/platform.h"
 #include "search/score.h"
+#include "search/searchrequest.h"
 #include "search/stats.h"
 
 constexpr int MAX_THREADS = 8;
 // Fewer threads than this in use makes every node too shallow to split.
 constexpr int NO_SPLIT_DEPTH = 128;
 
+// What the search tells its listener, taken on the search thread at the moment of the call.
+struct SearchReport {
+    int depth = 0;     // the iteration
+    int seldepth = 0;  // the deepest ply reached
+    int score = 0;
+    Move best = NO_MOVE;         // the first move of the line; the move to play at the end
+    Move ponder = NO_MOVE;       // the reply the line expects, when it holds one
+    const Move* line = nullptr;  // the principal variation, ended by a 0 word; kept until the next search
+    uint64_t nodes = 0;          // of all threads, interior plus quiescence
+    uint32_t ms = 0;             // since the search started
+    unsigned hashfull = 0;       // per mille of the table taken over in this search
+};
+
 // How a protocol hears of a running search. All calls come on the search thread.
 class SearchListener {
 public:
     virtual ~SearchListener() = default;
-    // The search has ended; best is the move to play.
-    virtual void finish(int depth, int score, Move best) = 0;
-    // A new principal variation at this depth; the line is SearchThread::principalVariation().
-    virtual void reportLine(int depth, int score, Move best) = 0;
+    // The search has ended; the report's best move is the move to play.
+    virtual void finish(const SearchReport& report) = 0;
+    // A new principal variation; its first move is the report's best.
+    virtual void reportLine(const SearchReport& report) = 0;
     // The root move with this index (from 0) is being searched.
-    virtual void reportMove(int depth, int moveIndex, Move move) = 0;
+    virtual void reportMove(const SearchReport& report, int moveIndex, Move move) = 0;
 };
 
 struct RootMove {
@@ -40,6 +55,25 @@ struct RootMove {
     int32_t key;           // primary ordering key, higher first: see recordTreeSize
     int32_t secondaryKey;  // breaks ties of the primary key
     int32_t score;         // from its last search: exact for the best move, a bound for the others
+};
+
+// What only the search thread (slot 0) keeps to drive a search: its thread's events, the request it
+// runs, the root move list and the iteration. The workers' slots have none: they sleep on the parallel
+// search's events and search below the root only.
+struct RootDriver {
+    platform::Event go;
+    platform::Event idle;
+    std::atomic<bool> booted{false};
+    SearchRequest request;  // of the running or the last search
+    RootMove moves[MAX_MOVES];
+    std::atomic<int> count{0};
+    std::atomic<int> depth{0};  // the iteration being searched; ponderhit reads both from the protocol
+    int bestScore = 0;
+    const char* endingReason = "";  // why the last search ended: "stopped\n", "(optimal)\n", ...
+    uint64_t previousIterationNodes = 0;
+
+    // No search has run yet, so whoever waits for the end of one must not block.
+    RootDriver() { idle.set(); }
 };
 
 struct SearchThread {
@@ -57,17 +91,7 @@ struct SearchThread {
     int minSplitDepth = NO_SPLIT_DEPTH;
     int activeSplits = 0;
 
-    // Search thread (slot 0) only.
-    int maxDepth = 0;            // 0: no limit
-    bool printStatistics = true;  // the statistics block in the log at the end of each search
-    bool echoLines = false;       // principal variations to standard output too (console searches)
-    SearchListener* listener = nullptr;
-    RootMove rootMoves[MAX_MOVES];
-    std::atomic<int> rootCount{0};
-    std::atomic<int> depth{0};  // the iteration being searched; ponderhit reads both from the protocol
-    int bestScore = 0;
-    const char* endingReason = "";  // why the last search ended: "stopped\n", "(optimal)\n", ...
-    uint64_t previousIterationNodes = 0;
+    RootDriver* driver = nullptr;  // the search thread's own; null in the workers' slots
 
     SearchThread();
     SearchThread(const SearchThread&) = delete;
@@ -75,33 +99,40 @@ struct SearchThread {
 
     // Starts the thread once; it then sleeps until a search is started.
     void boot();
-    // Searches gameBoard under the limits of timeControl and maxDepth. Synchronous runs the search on
-    // the calling thread; otherwise the search thread is woken and this returns at once.
-    void startSearch(bool synchronous);
+    // Searches what the request asks. Synchronous runs the search on the calling thread; otherwise the
+    // search thread is woken and this returns at once. The time control is set on the calling thread.
+    void startSearch(const SearchRequest& asked, bool synchronous);
     // The ponder move was played: the search goes on as a timed one.
     void ponderhit();
     // Asks every thread to stop and waits until the search has ended.
     void stopSearch();
     // Waits until no search runs.
     void waitIdle();
-    bool isIdle() { return idle.isSet(); }
+    bool isIdle() { return driver->idle.isSet(); }
 
+    // What the running or the last search was asked, how deep it is, and why it ended.
+    const SearchRequest& request() const { return driver->request; }
+    int iterationDepth() const { return driver->depth.load(std::memory_order_relaxed); }
+    const char* endingReason() const { return driver->endingReason; }
     // The result, valid once the search has reported it.
-    Move bestMove() const { return rootCount.load(std::memory_order_relaxed) > 0 ? rootMoves[0].move : NO_MOVE; }
-    Move ponderMove() const { return rootCount > 0 && pv[0][0] == bestMove() ? pv[0][1] : NO_MOVE; }
+    Move bestMove() const {
+        return driver->count.load(std::memory_order_relaxed) > 0 ? driver->moves[0].move : NO_MOVE;
+    }
+    Move ponderMove() const {
+        return driver->count.load(std::memory_order_relaxed) > 0 && pv[0][0] == bestMove() ? pv[0][1]
+                                                                                           : NO_MOVE;
+    }
     // The current line, ended by a 0 word; every move in it can be played.
     const Move* principalVariation() const { return pv[0]; }
+    // The figures a listener hears, for a line at depth with its score and first move.
+    SearchReport report(int depthReached, int score, Move best) const;
 
     // Runs one search on this thread: set-up, iterative deepening, finish.
     void search();
     // Clears counters, killers and mate killers before a search.
     void clearRecord();
 
-private:
-    platform::Event go;
-    platform::Event idle;
-    std::atomic<bool> booted{false};
-
+  private:
     void threadBody();
     void generateRootMoves();
     int startDepth();
@@ -117,6 +148,8 @@ extern SearchThread& searchThread;
 
 // Nodes of all threads, interior plus quiescence.
 uint64_t totalNodes();
+// Per mille of the table taken over from earlier searches in this one.
+unsigned hashfull();
 // Sets every thread's stop flag.
 void stopAllThreads();
 // Waits until every worker has finished its part of the search.

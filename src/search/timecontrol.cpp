@@ -29,6 +29,24 @@ void TimeControl::start() {
     prevScore = 0;
 }
 
+void TimeControl::allocate(const ClockLimits& clock) {
+    Log log;
+    outOfBook = clock.outOfBook;
+    if (outOfBook > 0) log.info("out of book=%i\n", outOfBook);
+    if (clock.moveTimeMs >= 0) {
+        log.info("got hard moves/millis=%i/%i\n", clock.movesToGo, clock.moveTimeMs);
+        setMoveTime(clock.moveTimeMs);
+    } else if (clock.clockMs >= 0) {
+        log.info("got wb moves/millis=%i/%i\n", clock.movesToGo, clock.clockMs);
+        setClock(clock.movesToGo, usableClock(clock.clockMs), clock.incMs);
+    } else {
+        // Depth, an infinite search or the last limits end this one.
+        log.warning("NO TIME CALCULATED\n");
+    }
+    log.info("Nominal search time is %3.2f seconds, infinite=%i\n", phaseLimit[NORMAL_PHASE] / 1000.0,
+             int(infinite.load()));
+}
+
 void TimeControl::setClock(int moves, int clock, int increment) {
     movesToGo = moves;
     clockMs = clock;

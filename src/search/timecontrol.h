@@ -1,14 +1,31 @@
 // How long the current search may run. The protocol hands in the clock; five phase limits come out
 // of it, and the one of the current phase is the live limit that the search polls.
 //
-// Threads: the protocol thread sets the clock and calls start() while no search runs, and calls
-// ponderhit() while one does. The search thread reads limit and startTick and moves the phase.
-// limit, startTick, phase and infinite are therefore atomic; everything else is written only while
-// the search is idle.
+// Threads: startSearch hands in the clock and calls start() on the protocol thread while no search
+// runs; the protocol thread calls ponderhit() while one does. The search thread reads limit and startTick and
+// moves the phase. limit, startTick, phase and infinite are therefore atomic; everything else is written only
+// while the search is idle.
 #pragma once
 
 #include <atomic>
 #include <cstdint>
+
+// The clock of one search as the protocol read it, before the allocation.
+struct ClockLimits {
+    int clockMs = -1;     // the side to move's clock; -1: none given
+    int incMs = 0;        // the side to move's increment
+    int movesToGo = 0;    // 0: the rest of the game
+    int moveTimeMs = -1;  // a fixed time for this move, which the clock then does not count; -1: none
+    int outOfBook = 0;    // own moves since the game left the book; 0: unknown or still in book
+};
+
+// The clock handed to the allocation for t milliseconds left: a fixed reserve of three seconds off a
+// long clock, half of a short one. Never more than half: the allocation adds the increment on top,
+// and an engine that may spend its whole clock each move bleeds it to nothing and then loses on time
+// to the first delay between the GUI and the engine.
+constexpr int usableClock(int t) {
+    return t > 6000 ? t - 3000 : t / 2;
+}
 
 class TimeControl {
   public:
@@ -37,6 +54,9 @@ class TimeControl {
     TimeControl();
 
     void start();
+    // The phase limits for a protocol's clock: a fixed move time, else the usable part of the clock;
+    // with neither, the limits of the last search stand. Logs what it chose.
+    void allocate(const ClockLimits& clock);
     void setClock(int moves, int clock, int increment);
     void setMoveTime(int ms);
     void setIteration(int depth) { iteration = depth; }

@@ -70,7 +70,6 @@ class XboardTest : public testing::Test {
   protected:
     static void SetUpTestSuite() {
         tt.alloc(1024);
-        searchThread.printStatistics = false;
         searchThread.boot();
     }
 
@@ -84,7 +83,6 @@ class XboardTest : public testing::Test {
     void TearDown() override {
         // No search of this test may outlive its handler.
         searchThread.stopSearch();
-        searchThread.listener = nullptr;
         fclose(file);
     }
 
@@ -125,7 +123,6 @@ TEST_F(XboardTest, HandshakeFeatureLinesAndPing) {
     EXPECT_EQ(send("foo bar"), 0);
     EXPECT_EQ(send("xboard"), 1);
     EXPECT_EQ(handler.xboardMode, 1);
-    EXPECT_EQ(searchThread.listener, &handler);
     EXPECT_EQ(handler.handleCommand("", ""), 1);
     EXPECT_EQ(output(), "\n");
 
@@ -274,7 +271,6 @@ TEST_F(XboardTest, NewKeepsThePositionAndPlaysBlack) {
     send("new");
     EXPECT_EQ(fenOf(gameBoard), position);
     EXPECT_EQ(handler.engineSide, 1);
-    EXPECT_EQ(searchThread.maxDepth, 0);
     // Black is to move here, and "result" and "draw" change nothing.
     EXPECT_EQ(send("result 1-0 {White mates}"), 1);
     EXPECT_EQ(send("draw"), 1);
@@ -385,6 +381,7 @@ TEST_F(XboardTest, ClockCommandsFeedTheTimeControl) {
     send("otim 100");
     send("usermove e2e4");
     send("go");
+    EXPECT_EQ(searchThread.request().listener, &handler);
     EXPECT_EQ(timeControl.clockMs, usableClock(300000));
     EXPECT_EQ(timeControl.incMs, 3000);
     EXPECT_EQ(timeControl.movesToGo, 40);

@@ -14,16 +14,13 @@ namespace {
 TEST(SelfTest, ThreadSlotsAndTheSearchThreadWakeAndStop) {
     tt.alloc(Tt::MIN_KILOBYTES);
     setThreads(3);
-    searchThread.maxDepth = 5;
     std::string detail;
     EXPECT_TRUE(threadSelfTest(detail)) << detail;
     EXPECT_NE(detail.find("8 slots started, woken and stopped 6 times"), std::string::npos) << detail;
-    // A second run reuses the booted threads; the thread count and the depth limit are put back.
+    // A second run reuses the booted threads; the thread count is put back.
     EXPECT_TRUE(threadSelfTest(detail)) << detail;
     EXPECT_EQ(threadCount(), 3);
-    EXPECT_EQ(searchThread.maxDepth, 5);
     setThreads(1);
-    searchThread.maxDepth = 0;
 }
 
 TEST(SelfTest, StringsCountBackToTheirStartValue) {

@@ -119,11 +119,7 @@ TEST(Parallel, StopReachesEveryThreadAndLoweringTheCountPutsWorkersToSleep) {
         setThreads(threads);
         RecordingListener listener;
         ASSERT_TRUE(gameBoard.setFen(MIDDLEGAME));
-        searchThread.listener = &listener;
-        searchThread.maxDepth = 0;
-        timeControl.start();
-        timeControl.infinite.store(true);
-        searchThread.startSearch(false);
+        searchThread.startSearch(analysisOfGameBoard(listener), false);
         platform::sleepMs(200);
         searchThread.stopSearch();
         EXPECT_EQ(listener.finishes, 1) << threads;
@@ -135,8 +131,6 @@ TEST(Parallel, StopReachesEveryThreadAndLoweringTheCountPutsWorkersToSleep) {
         if (threads == 1) {
             EXPECT_EQ(searchThread.stats.splitNodes.get(), 0u);
         }
-        searchThread.listener = nullptr;
-        timeControl.infinite.store(false);
     }
 }
 

@@ -21,14 +21,14 @@ struct RecordingListener : SearchListener {
     int score = 0;
     Move best = NO_MOVE;
 
-    void finish(int d, int s, Move b) override {
+    void finish(const SearchReport& report) override {
         ++finishes;
-        depth = d;
-        score = s;
-        best = b;
+        depth = report.depth;
+        score = report.score;
+        best = report.best;
     }
-    void reportLine(int, int, Move) override { ++lines; }
-    void reportMove(int, int, Move) override { ++moves; }
+    void reportLine(const SearchReport&) override { ++lines; }
+    void reportMove(const SearchReport&, int, Move) override { ++moves; }
 };
 
 struct SearchOutcome {
@@ -44,18 +44,27 @@ struct SearchOutcome {
 // prints the search's lines on the standard output.
 inline SearchOutcome searchGameBoard(int maxDepth, int moveTimeMs, bool echoLines = false) {
     RecordingListener listener;
-    searchThread.listener = &listener;
-    searchThread.printStatistics = false;
-    searchThread.echoLines = echoLines;
-    searchThread.maxDepth = maxDepth;
-    timeControl.infinite.store(false);
-    timeControl.setMoveTime(moveTimeMs);
-    searchThread.startSearch(true);
-    searchThread.listener = nullptr;
-    searchThread.echoLines = false;
+    SearchRequest request;
+    request.board = gameBoard;
+    request.maxDepth = maxDepth;
+    request.clock = ClockLimits{.moveTimeMs = moveTimeMs};
+    request.listener = &listener;
+    request.echoLines = echoLines;
+    request.statistics = false;
+    searchThread.startSearch(request, true);
     char text[MOVE_TEXT_SIZE];
     moveToText(gameBoard, text, listener.best);
-    return {listener.best, listener.score, listener.depth, searchThread.endingReason, text, listener.finishes};
+    return {listener.best, listener.score,   listener.depth, searchThread.endingReason(),
+            text,          listener.finishes};
+}
+
+// An analysis of the game board that reports to listener, for searches on the thread.
+inline SearchRequest analysisOfGameBoard(SearchListener& listener) {
+    SearchRequest request;
+    request.board = gameBoard;
+    request.infinite = true;
+    request.listener = &listener;
+    return request;
 }
 
 // Searches fen like searchGameBoard, from an empty table.

@@ -222,18 +222,18 @@ TEST(Search, TheTableMoveOfTheRootSetsTheStartDepthAndLeavesTheOrder) {
     struct FirstMove : RecordingListener {
         int firstDepth = 0;
         Move first = NO_MOVE;
-        void reportMove(int d, int, Move move) override {
+        void reportMove(const SearchReport& report, int, Move move) override {
             if (first != NO_MOVE) return;
-            firstDepth = d;
+            firstDepth = report.depth;
             first = move;
         }
     } listener;
-    searchThread.listener = &listener;
-    searchThread.maxDepth = 3;
-    timeControl.infinite.store(false);
-    timeControl.setMoveTime(20000);
-    searchThread.startSearch(true);
-    searchThread.listener = nullptr;
+    SearchRequest request;
+    request.board = gameBoard;
+    request.maxDepth = 3;
+    request.clock = ClockLimits{.moveTimeMs = 20000};
+    request.listener = &listener;
+    searchThread.startSearch(request, true);
     EXPECT_EQ(listener.firstDepth, 3);
     EXPECT_EQ(listener.first & KILLER_MASK, isMove(gameBoard, "Rxd8") & KILLER_MASK);
 }
@@ -275,37 +275,25 @@ TEST(Search, StopEndsAnInfiniteSearchOnTheThread) {
     searchThread.boot();
     searchThread.boot();  // a second boot is refused
     ASSERT_TRUE(gameBoard.setFen("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP3PPP/R2QKB1R w KQ - 0 8"));
-    searchThread.listener = &listener;
-    searchThread.maxDepth = 0;
-    timeControl.start();
-    timeControl.infinite.store(true);
-    searchThread.startSearch(false);
+    searchThread.startSearch(analysisOfGameBoard(listener), false);
     platform::sleepMs(50);
     searchThread.ponderhit();  // the analysis becomes a timed search
     searchThread.stopSearch();
     EXPECT_TRUE(searchThread.isIdle());
     EXPECT_EQ(listener.finishes, 1);
     EXPECT_TRUE(isLegalHere(listener.best));
-    searchThread.listener = nullptr;
-    timeControl.infinite.store(false);
 }
 
 TEST(Search, PonderhitWithASingleReplyEndsThePonderingAtOnce) {
     RecordingListener listener;
     searchThread.boot();
     ASSERT_TRUE(gameBoard.setFen("4k3/8/8/4b3/8/8/P7/K7 w - - 0 1"));
-    searchThread.listener = &listener;
-    searchThread.maxDepth = 0;
-    timeControl.start();
-    timeControl.infinite.store(true);
-    searchThread.startSearch(false);
-    while (searchThread.depth.load() <= 2) platform::sleepMs(1);
+    searchThread.startSearch(analysisOfGameBoard(listener), false);
+    while (searchThread.iterationDepth() <= 2) platform::sleepMs(1);
     searchThread.ponderhit();
     EXPECT_TRUE(searchThread.isIdle());
     EXPECT_EQ(listener.finishes, 1);
     EXPECT_EQ(listener.best, searchThread.bestMove());
-    searchThread.listener = nullptr;
-    timeControl.infinite.store(false);
 }
 
 TEST(Search, GamesLongerThanTheHistoryAreSearchedOnItsRecentPlies) {
