@@ -31,30 +31,6 @@ bool has(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
 }
 
-TEST(HarnessCommands, BadArgumentsGetAMessage) {
-    const std::string directory = scratchDirectory("harness_args");
-    const std::string out = session(
-        "epd\nepd /no/such/suite.epd\nepd /no/such/suite.epd 0\nepd /no/such/suite.epd -3\n"
-        "epd two words.epd\nepd /tmp 1\ntsrcompare\ntsrcompare a.tsr\ntsrcompare a.tsr b.tsr\n"
-        "tsrcompare /tmp /tmp\nvflip\nvflip /no/such.epd\nvflip /\n",
-        directory);
-    EXPECT_EQ(out,
-              "% % Usage:\n    epd <file> [seconds]\n"
-              "% epd: cannot open /no/such/suite.epd\n"
-              "% illegal arg: /no/such/suite.epd 0\n"
-              "% illegal arg: /no/such/suite.epd -3\n"
-              "% epd: cannot open two words.epd\n"
-              "% epd: cannot open /tmp\n"
-              "% Usage:\n    tsrcompare <a.tsr> <b.tsr>\n"
-              "% Usage:\n    tsrcompare <a.tsr> <b.tsr>\n"
-              "% tsrcompare: cannot open a.tsr\n"
-              "% tsrcompare: cannot open /tmp\n"
-              "% Usage:\n    vflip <file>\n"
-              "% vflip: cannot open /no/such.epd\n"
-              "% vflip: cannot open /\n"
-              "% ");
-}
-
 TEST(HarnessCommands, RunWritesItsResultFileAndCompares) {
     const std::string directory = scratchDirectory("harness_run");
     // Two positions and one damaged line, in a file named after a suite: the suite is known, but the

@@ -55,26 +55,21 @@ TEST(PositionCommands, MovesListsTheLegalMoves) {
 }
 
 TEST(PositionCommands, PerftAndDivide) {
-    const std::string out = session("perft\nperft 0\nperft x\ndivide 2\n");
+    const std::string out = session("perft\nperft 0\ndivide 2\n");
     const std::regex line(
         " {20}  {6,9}\\d+ ops in +\\d+\\.\\d{3} seconds  ops/ms=[ \\d.a-z]{7},  ticks/op= +\\d+\n");
     EXPECT_TRUE(std::regex_search(out, std::regex("perft 2\n {30}20 ops in")));
     EXPECT_TRUE(std::regex_search(out, std::regex("\n {29}400 ops in")));
     EXPECT_EQ(std::distance(std::sregex_iterator(out.begin(), out.end(), line), std::sregex_iterator()), 2)
         << out;
-    EXPECT_NE(out.find("% perft 0\n% illegal arg: x\n% ----divide---\n"), std::string::npos) << out;
+    EXPECT_NE(out.find("% perft 0\n% ----divide---\n"), std::string::npos) << out;
     EXPECT_NE(out.find("Ng1h3            20\n-------------------\ntotal           400\n"), std::string::npos)
         << out;
 }
 
 TEST(PositionCommands, BareFenLines) {
-    std::string out = session("4k3/8/8/8/8/8/8/4K3 b\n");
+    const std::string out = session("4k3/8/8/8/8/8/8/4K3 b\n");
     EXPECT_NE(out.find("4k3/8/8/8/8/8/8/4K3 b - - 0 0\n"), std::string::npos) << out;
-    // Without both kings the line is read as moves and refused.
-    out = session("8/8/8/8/8/8/8/8 w\n");
-    EXPECT_EQ(out,
-              "% illegal char in move 8/8/8/8/8/8/8/8: /\nnot a valid move: 8/8/8/8/8/8/8/8\n"
-              "no such command: 8/8/8/8/8/8/8/8\n% ");
 }
 
 TEST(PositionCommands, MoveLines) {
@@ -89,10 +84,6 @@ TEST(PositionCommands, MoveLines) {
     EXPECT_EQ(count(out, "     a   b   c   d"), 1);  // only after Nf6
     EXPECT_NE(out.find("rnbqkb1r/pppppppp/5n2/8/4P3/8/PPPP1PPP/RNBQKBNR w KQkq - 1 2"), std::string::npos)
         << out;
-    EXPECT_EQ(session("e2e5\n"), "% not a valid move: e2e5\nno such command: e2e5\n% ");
-    EXPECT_EQ(session("0-0\n"), "% no such command: 0-0\n% ");
-    EXPECT_EQ(session("Ke2z\n"),
-              "% illegal char in move Ke2z: z\nnot a valid move: Ke2z\nno such command: Ke2z\n% ");
 }
 
 // Typed in by hand, a game may grow past the board's history: it is played on exactly, and the console
