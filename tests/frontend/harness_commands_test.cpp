@@ -1,10 +1,8 @@
 // The harness commands at the console, through the engine binary: runs, result files in the working
-// directory, comparisons, the colour-flip check and the self tests, and their answers to bad arguments.
+// directory, comparisons, the colour-flip check and the self tests.
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include "engine_process.h"
@@ -18,13 +16,6 @@ std::string session(const std::string& input, const std::string& directory) {
     EXPECT_EQ(run.exitCode, 0);
     const size_t prompt = run.output.find("% ");
     return prompt == std::string::npos ? run.output : run.output.substr(prompt);
-}
-
-std::string fileText(const std::string& path) {
-    std::ifstream in(path);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
 }
 
 bool has(const std::string& text, const std::string& part) {
@@ -52,12 +43,12 @@ TEST(HarnessCommands, RunWritesItsResultFileAndCompares) {
         << out;
     EXPECT_TRUE(has(out, "results written to bt2450.tsr\n")) << out;
 
-    const std::string tsr = fileText(directory + "/work/bt2450.tsr");
+    const std::string tsr = readText(directory + "/work/bt2450.tsr");
     EXPECT_TRUE(has(tsr, "file " + epd + "\nseconds 0.05\n1 solved ")) << tsr;
     EXPECT_TRUE(has(tsr, " Qd2xd5 queen\n2 unsolved ")) << tsr;
     EXPECT_TRUE(has(tsr, "\n3 error 0 0 - broken\n")) << tsr;
 
-    std::ofstream(directory + "/work/other.tsr") << "1 unsolved 50 9 Kd1 queen\n2 solved 7 9 Ra1b1 no mate\n";
+    writeFile(directory + "/work", "other.tsr", "1 unsolved 50 9 Kd1 queen\n2 solved 7 9 Ra1b1 no mate\n");
     const std::string compared = session("tsrcompare bt2450.tsr other.tsr\n", directory + "/work");
     EXPECT_TRUE(has(compared, "a: bt2450.tsr, 1 of 3 solved\nb: other.tsr, 1 of 2 solved\n")) << compared;
     EXPECT_TRUE(has(compared, "solved only by a\n")) << compared;
