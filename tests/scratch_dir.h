@@ -46,7 +46,8 @@ inline std::string readText(const std::string& path) {
 }
 
 // Writes content to directory/name and returns the full path.
-inline std::string writeFile(const std::string& directory, const std::string& name, const std::string& content) {
+inline std::string writeFile(const std::string& directory, const std::string& name,
+                             const std::string& content) {
     writeText(directory + "/" + name, content);
     return directory + "/" + name;
 }
