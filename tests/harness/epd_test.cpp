@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "board/notation.h"
 
@@ -58,25 +59,22 @@ TEST(EpdLine, BlankAndCommentLinesAreSkipped) {
 }
 
 TEST(EpdLine, DamagedLinesAreRefusedWithAReason) {
-    EXPECT_EQ(badReason("4k3/8/8/8 w"), "fewer than four position fields");
-    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/4K3 w -"), "fewer than four position fields");
-    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/8/4K3 w - - bm Kd1;"),
-              "the position does not have 8 ranks of 8 squares");
-    EXPECT_EQ(badReason("4k3/8/8/8/8/8/4K3 w - - bm Kd1;"),
-              "the position does not have 8 ranks of 8 squares");
-    EXPECT_EQ(badReason("4k3/9/8/8/8/8/8/4K3 w - - bm Kd1;"), "bad character in the position: 9");
-    EXPECT_EQ(badReason("4k4/8/8/8/8/8/8/4K3 w - - bm Kd1;"),
-              "the position does not have 8 ranks of 8 squares");
-    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/4K2 w - - bm Kd1;"),
-              "the position does not have 8 ranks of 8 squares");
-    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/3KK3 w - - bm Kd1;"), "the position needs one king of each colour");
-    EXPECT_EQ(badReason("8/8/8/8/8/8/8/4K3 w - - bm Kd1;"), "the position needs one king of each colour");
-    EXPECT_EQ(badReason("4k2P/8/8/8/8/8/8/4K3 w - - bm Kd1;"), "pawn on the first or last rank");
-    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/p3K3 w - - bm Kd1;"), "pawn on the first or last rank");
-    EXPECT_EQ(badReason("4k3/NNNNNNNN/NNN5/8/8/8/8/4K3 w - - bm Kd1;"), "too many pieces");
-    EXPECT_EQ(badReason("4k3/pppppppp/p7/8/8/8/8/4K3 w - - bm Kd1;"), "too many pieces");
-    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/4K3 w - - bm Kd1; id \"open"), "string without its closing quote");
-    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/4K3 w - - bm Kd1; 7x y;"), "bad opcode: 7x");
+    const std::pair<const char*, const char*> cases[] = {
+        {"4k3/8/8/8/8/8/8/4K3 w -", "fewer than four position fields"},
+        {"4k3/8/8/8/8/8/8/8/4K3 w - - bm Kd1;", "the position does not have 8 ranks of 8 squares"},
+        {"4k4/8/8/8/8/8/8/4K3 w - - bm Kd1;", "the position does not have 8 ranks of 8 squares"},
+        {"4k3/8/8/8/8/8/8/4K2 w - - bm Kd1;", "the position does not have 8 ranks of 8 squares"},
+        {"4k3/9/8/8/8/8/8/4K3 w - - bm Kd1;", "bad character in the position: 9"},
+        {"4k3/8/8/8/8/8/8/3KK3 w - - bm Kd1;", "the position needs one king of each colour"},
+        {"8/8/8/8/8/8/8/4K3 w - - bm Kd1;", "the position needs one king of each colour"},
+        {"4k2P/8/8/8/8/8/8/4K3 w - - bm Kd1;", "pawn on the first or last rank"},
+        {"4k3/8/8/8/8/8/8/p3K3 w - - bm Kd1;", "pawn on the first or last rank"},
+        {"4k3/NNNNNNNN/NNN5/8/8/8/8/4K3 w - - bm Kd1;", "too many pieces"},
+        {"4k3/pppppppp/p7/8/8/8/8/4K3 w - - bm Kd1;", "too many pieces"},
+        {"4k3/8/8/8/8/8/8/4K3 w - - bm Kd1; id \"open", "string without its closing quote"},
+        {"4k3/8/8/8/8/8/8/4K3 w - - bm Kd1; 7x y;", "bad opcode: 7x"},
+    };
+    for (const auto& [line, reason] : cases) EXPECT_EQ(badReason(line), reason) << line;
     badReason(std::string(5000, '/').c_str());
     badReason("\xff\xfe garbage \x01 w - -");
 }
