@@ -106,23 +106,22 @@ TEST(EpdSetUp, SanCoordinateAndCastlingMovesAreRead) {
 }
 
 TEST(EpdSetUp, UnusablePositionsAndMovesAreReported) {
-    Prepared s = setUp("4k3/8/8/8/8/8/8/4K3 w - - bm Kd9;");
-    EXPECT_FALSE(s.ok);
-    EXPECT_EQ(s.error, "not a legal move in bm: Kd9");
-    s = setUp("4k3/8/8/8/8/8/8/4K3 w - - bm Kd1; am Ke3;");
-    EXPECT_EQ(s.error, "not a legal move in am: Ke3");
-    // Legal looking text, but not legal here: the king would walk into check.
-    s = setUp("4k3/8/8/8/8/8/3r4/4K3 w - - bm Kxd2;");
-    EXPECT_TRUE(s.ok) << s.error;
-    s = setUp("4k3/8/8/8/8/8/3r4/4K3 w - - bm Ke2;");
-    EXPECT_EQ(s.error, "not a legal move in bm: Ke2");
-    s = setUp("4k3/8/8/8/8/8/8/4K3 x - - bm Kd1;");
-    EXPECT_EQ(s.error, "bad position: 4k3/8/8/8/8/8/8/4K3 x - -");
-    // White to move while Black's king is attacked: the search would capture a king.
-    s = setUp("4k3/8/8/8/8/8/8/R3K2R w - - bm Ra8;");
-    EXPECT_TRUE(s.ok);
-    s = setUp("4k3/8/8/8/8/8/8/4R1K1 w - - bm Kg2;");
-    EXPECT_EQ(s.error, "bad position: 4k3/8/8/8/8/8/8/4R1K1 w - -");
+    const std::pair<const char*, const char*> cases[] = {
+        {"4k3/8/8/8/8/8/8/4K3 w - - bm Kd9;", "not a legal move in bm: Kd9"},
+        {"4k3/8/8/8/8/8/8/4K3 w - - bm Kd1; am Ke3;", "not a legal move in am: Ke3"},
+        // Legal looking text, but not legal here: the king would walk into check.
+        {"4k3/8/8/8/8/8/3r4/4K3 w - - bm Kxd2;", ""},
+        {"4k3/8/8/8/8/8/3r4/4K3 w - - bm Ke2;", "not a legal move in bm: Ke2"},
+        {"4k3/8/8/8/8/8/8/4K3 x - - bm Kd1;", "bad position: 4k3/8/8/8/8/8/8/4K3 x - -"},
+        // White to move while Black's king is attacked: the search would capture a king.
+        {"4k3/8/8/8/8/8/8/R3K2R w - - bm Ra8;", ""},
+        {"4k3/8/8/8/8/8/8/4R1K1 w - - bm Kg2;", "bad position: 4k3/8/8/8/8/8/8/4R1K1 w - -"},
+    };
+    for (const auto& [line, error] : cases) {
+        const Prepared s = setUp(line);
+        EXPECT_EQ(s.ok, !*error) << line;
+        EXPECT_EQ(s.error, error) << line;
+    }
 }
 
 TEST(EpdSetUp, SolutionsAreBestMovesThatAreNotAvoided) {
