@@ -19,13 +19,6 @@ bool contains(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
 }
 
-TEST(SearchCommands, LimitsAreSetAndShown) {
-    const std::string out = session("mt 60 40 0\nmaxtime\n");
-    EXPECT_TRUE(contains(out, "millis=1875\n  easy=469\n  next=938\n  hi  =3750\n  lo  =7500\n")) << out;
-    // No arguments: five seconds for one move, all of it usable.
-    EXPECT_TRUE(contains(out, "millis=5000\n  easy=1562\n  next=3125\n  hi  =5000\n  lo  =5000\n")) << out;
-}
-
 TEST(SearchCommands, SearchPlaysItsMoveOnTheBoard) {
     const std::string out =
         session("md 3\ng\nset cleartt 0\ng\ng tt\nfen 6k1/5ppp/8/8/8/8/5PPP/3R2K1 w - - 0 1\ng\n");
