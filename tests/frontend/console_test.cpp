@@ -97,13 +97,6 @@ TEST(Console, LineSplittingRules) {
     EXPECT_EQ(session("    \n\tset\n"), "% % % ");
 }
 
-TEST(Console, UciModeDropsThePromptButConsoleCommandsStillWork) {
-    std::string text = session("uci\nset hash 1\n\nq\n");
-    EXPECT_EQ(text.find("% ", 1), std::string::npos) << text;  // only the prompt before "uci"
-    const std::string answer = "set: unknown parameter: hash\n";
-    EXPECT_EQ(text.substr(text.size() - std::min(text.size(), answer.size())), answer) << text;
-}
-
 TEST(Console, WindowsLineEndsAndAnUnterminatedLastLine) {
     // A client from Windows ends its lines with CR LF: the handshake and the console commands still
     // work, and a command is named without the CR when it is unknown.

@@ -51,13 +51,6 @@ TEST(EpdLine, ReadsFieldsCountersAndOperations) {
     EXPECT_EQ(parsed("8/8/8/8/8/8/k7/K7\tb - -\r").fen, "8/8/8/8/8/8/k7/K7 b - -");
 }
 
-TEST(EpdLine, BlankAndCommentLinesAreSkipped) {
-    EpdRecord record;
-    std::string error;
-    for (const char* line : {"", "   ", "\t\r", "# a comment", "  # indented"})
-        EXPECT_EQ(parseEpdLine(line, record, error), EpdLine::SKIP) << '"' << line << '"';
-}
-
 TEST(EpdLine, DamagedLinesAreRefusedWithAReason) {
     const std::pair<const char*, const char*> cases[] = {
         {"4k3/8/8/8/8/8/8/4K3 w -", "fewer than four position fields"},
