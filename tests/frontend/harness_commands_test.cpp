@@ -24,20 +24,25 @@ bool has(const std::string& text, const std::string& part) {
 
 TEST(HarnessCommands, RunWritesItsResultFileAndCompares) {
     const std::string directory = scratchDirectory("harness_run");
-    // Two positions and one damaged line, in a file named after a suite: the suite is known, but the
-    // file does not hold its positions, so there is no estimate.
+    // Two positions and two damaged lines, in a file named after a suite: the suite is known, but the
+    // file does not hold its positions, so there is no estimate. The damage does not stop the run, a
+    // comment and a blank line are no position, and the last line counts without its newline.
     const std::string epd = writeFile(directory, "bt2450.epd",
+                                      "# a comment\n"
                                       "4k3/8/8/3q4/8/8/3Q4/4K3 w - - bm Qxd5; id \"queen\";\n"
+                                      "4k3/8/8/8/8/8/8/4K3 w - - id \"no moves\";\n"
+                                      "\n"
                                       "6k1/5ppp/8/8/8/8/8/R5K1 w - - am Ra8#; id \"no mate\";\n"
-                                      "4k3/8/8/8/8/8/8/4K3 w - - bm Kd9; id \"broken\";\n");
+                                      "4k3/8/8/8/8/8/8/4K3 w - - bm Kd9;");
     std::filesystem::create_directory(directory + "/work");
     const std::string out = session("epd " + epd + " 0.05\n", directory + "/work");
-    EXPECT_TRUE(has(out, "% epd " + epd + ": 3 positions, 0.05 s each, suite BT2450\n")) << out;
+    EXPECT_TRUE(has(out, "% epd " + epd + ": 4 positions, 0.05 s each, suite BT2450\n")) << out;
     EXPECT_TRUE(has(out, "\n  1 queen            solved ")) << out;
-    EXPECT_TRUE(has(out, "\n  3 broken           error: line 3: not a legal move in bm: Kd9\n")) << out;
-    EXPECT_TRUE(has(out, "\nsolved 1 of 3, solution time ")) << out;
+    EXPECT_TRUE(has(out, "\n  2 no moves         error: line 3: no bm or am operation\n")) << out;
+    EXPECT_TRUE(has(out, "\n  4 #4               error: line 6: not a legal move in bm: Kd9\n")) << out;
+    EXPECT_TRUE(has(out, "\nsolved 1 of 4, solution time ")) << out;
     EXPECT_TRUE(
-        has(out, ", 1 position in error\nBT2450: no Elo estimate: the suite has 30 positions, the file 3\n"))
+        has(out, ", 2 positions in error\nBT2450: no Elo estimate: the suite has 30 positions, the file 4\n"))
         << out;
     EXPECT_TRUE(has(out, "results written to bt2450.tsr\n")) << out;
 
@@ -46,8 +51,8 @@ TEST(HarnessCommands, RunWritesItsResultFileAndCompares) {
 
     writeFile(directory + "/work", "other.tsr", "1 unsolved 50 9 Kd1 queen\n2 solved 7 9 Ra1b1 no mate\n");
     const std::string compared = session("tsrcompare bt2450.tsr other.tsr\n", directory + "/work");
-    EXPECT_TRUE(has(compared, "a: bt2450.tsr, 1 of 3 solved\nb: other.tsr, 1 of 2 solved\n")) << compared;
-    EXPECT_TRUE(has(compared, "only by a 1, only by b 1, by neither 0, in one file only 1\n")) << compared;
+    EXPECT_TRUE(has(compared, "a: bt2450.tsr, 1 of 4 solved\nb: other.tsr, 1 of 2 solved\n")) << compared;
+    EXPECT_TRUE(has(compared, "only by a 1, only by b 1, by neither 0, in one file only 2\n")) << compared;
 }
 
 TEST(HarnessCommands, SuiteRunPrintsItsEstimate) {
