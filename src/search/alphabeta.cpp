@@ -96,7 +96,7 @@ bool isExemptFromReduction(SearchThread& thread, Move move, int threatSquare) {
 int failHigh(SearchThread& thread, const NodeState& node, Move move, Move made, int v, bool first, int stage) {
     SearchStats& stats = thread.stats;
     storeEntry(thread, node.ply, move, v, node.depth, TT_LOWER);
-    if (v > MATE_BOUND - 1) thread.mateKiller[node.ply] = move & KILLER_MASK;
+    if (v > MATE_BOUND - 1) thread.mateKiller[node.ply] = plainMove(move);
     stats.cutNodes.add();
     if (first) stats.firstCuts.add();
     if (stage == 2 || stage == 3) stats.killerCuts.add();
@@ -180,7 +180,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
                 return score;
             }
         }
-        const Move stored = entry.move & KILLER_MASK;
+        const Move stored = plainMove(entry.move);
         if (stored != NO_MOVE && entry.depth >= depth - 2 && !(entry.type == TT_UPPER && nodeType == NODE_PV) &&
             isValidMove(board, stored)) {
             hashMove = stored;
@@ -269,7 +269,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
         const int v = alphaBeta(thread, ply, alpha, beta, depth - 2, lastMove, nodeType);
         stats.iidNodes.add(stats.nodes.get() + stats.qnodes.get() - before);
         if (thread.stop.load(std::memory_order_relaxed)) return 0;
-        const Move found = thread.pv[ply][0] & KILLER_MASK;
+        const Move found = plainMove(thread.pv[ply][0]);
         if (found != NO_MOVE && isValidMove(board, found)) hashMove = found;
         if (v >= MATE_BOUND && v >= beta) {
             thread.mateKiller[ply] = hashMove;
@@ -410,7 +410,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
         // whose best move raised alpha has its exact score already.
         if (bestMove != NO_MOVE && moveTo(bestMove) == moveTo(lastMove) &&
             capturedValue(bestMove) > capturedValue(lastMove)) {
-            const Move move = bestMove & KILLER_MASK;
+            const Move move = plainMove(bestMove);
             const SavedState saved = saveState(board);
             if (const Move made = makeMove(board, move)) {
                 const int v = -alphaBeta(thread, ply + 1, -beta, -alpha, depth, made, -nodeType);
@@ -435,14 +435,14 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
         }
         if (best <= alphaOnEntry) {
             stats.allNodes.add();
-            storeEntry(thread, ply, bestMove & KILLER_MASK, best, depth, TT_UPPER);
+            storeEntry(thread, ply, plainMove(bestMove), best, depth, TT_UPPER);
             return best;
         }
     }
 
     // Step 27. Exact result.
     stats.pvNodes.add();
-    storeEntry(thread, ply, bestMove & KILLER_MASK, best, depth, TT_EXACT);
+    storeEntry(thread, ply, plainMove(bestMove), best, depth, TT_EXACT);
     return best;
 }
 

@@ -11,8 +11,6 @@
 #include "search/timecontrol.h"
 #include "search/tt.h"
 
-// Killers, mate killers and stored moves carry neither check bits nor the reduced mark.
-constexpr Move KILLER_MASK = 0x3FFFFF7F;
 // An off-board square: no null-move threat known.
 constexpr int NO_THREAT = 8;
 
@@ -51,7 +49,7 @@ inline bool isQuiet(Move move) { return !isCapture(move) && promotionKind(move) 
 // A quiet move that cut off goes to the front of the ply's two killers. A move already in front stays
 // where it is, so the two slots never hold the same move.
 inline void updateKillers(SearchThread& thread, int ply, Move move) {
-    move &= KILLER_MASK;
+    move = plainMove(move);
     Move* slot = thread.killer[ply];
     if (slot[0] == move) return;
     slot[1] = slot[0];

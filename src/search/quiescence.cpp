@@ -108,7 +108,7 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
                 return score;
             }
         }
-        hashMove = entry.move & KILLER_MASK;
+        hashMove = plainMove(entry.move);
         // The hash move sorts first: its child's entry loads during the evaluation below.
         if (hashMove != NO_MOVE) tt.prefetchAfter(board, hashMove);
     }
@@ -183,7 +183,7 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
             ++searched;
             if (v >= beta) {
                 storeEntry(thread, ply, move, v, depth, TT_LOWER);
-                if (v >= MATE_BOUND) thread.mateKiller[ply] = move & KILLER_MASK;
+                if (v >= MATE_BOUND) thread.mateKiller[ply] = plainMove(move);
                 if (isQuiet(move) && !inCheck) updateKillers(thread, ply, move);
                 setLine(thread, ply, made);
                 return v;
@@ -200,6 +200,6 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
 
     // Step 10.
     if (inCheck && searched == 0) return ply - MATE;
-    storeEntry(thread, ply, thread.pv[ply][0] & KILLER_MASK, best, depth, best > alphaOnEntry ? TT_EXACT : TT_UPPER);
+    storeEntry(thread, ply, plainMove(thread.pv[ply][0]), best, depth, best > alphaOnEntry ? TT_EXACT : TT_UPPER);
     return best;
 }

@@ -77,7 +77,7 @@ void SearchThread::generateRootMoves() {
 void SearchThread::trimRootLine() {
     Board line = board;
     for (Move* move = pv[0]; *move != NO_MOVE; ++move) {
-        const Move plain = *move & KILLER_MASK;
+        const Move plain = plainMove(*move);
         const Move made = isValidMove(line, plain) ? makeMove(line, plain) : NO_MOVE;
         if (made == NO_MOVE) {
             *move = NO_MOVE;
@@ -94,7 +94,7 @@ int SearchThread::startDepth() {
     if (!tt.probe(board, entry) || entry.move == NO_MOVE || entry.type == TT_UPPER) return 1;
     const int count = rootCount.load(std::memory_order_relaxed);
     for (int i = 0; i < count; ++i) {
-        if ((rootMoves[i].move & KILLER_MASK) != (entry.move & KILLER_MASK)) continue;
+        if (plainMove(rootMoves[i].move) != plainMove(entry.move)) continue;
         char text[MOVE_TEXT_SIZE];
         moveToText(board, text, rootMoves[i].move);
         Log().info("[tt] %s\n", text);
@@ -181,7 +181,7 @@ void SearchThread::adoptBestMove(int d, int score, Move made) {
     trimRootLine();
     if (listener) listener->reportLine(d, score, made);
     printLine(*this, score, nullptr);
-    storeEntry(*this, 0, made & KILLER_MASK, score, d, TT_LOWER);
+    storeEntry(*this, 0, plainMove(made), score, d, TT_LOWER);
 }
 
 // Before the first iteration the moves are ordered by their quiescence score. After each iteration

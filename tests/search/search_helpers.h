@@ -70,7 +70,7 @@ inline bool isLegalHere(Move move) {
     MoveList list;
     Move* end = gameBoard.inCheck() ? generateEvasions(gameBoard, list) : generateMoves(gameBoard, list);
     for (Move* m = list; m < end; ++m) {
-        if ((*m & 0x3FFFFF7F) != (move & 0x3FFFFF7F)) continue;
+        if (plainMove(*m) != plainMove(move)) continue;
         const SavedState saved = saveState(gameBoard);
         const Move made = makeMove(gameBoard, *m);
         if (made == NO_MOVE) return false;
