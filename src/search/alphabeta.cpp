@@ -99,7 +99,7 @@ int failHigh(SearchThread& thread, const NodeState& node, Move move, Move made, 
     if (v > MATE_BOUND - 1) thread.mateKiller[node.ply] = plainMove(move);
     stats.cutNodes.add();
     if (first) stats.firstCuts.add();
-    if (stage == 2 || stage == 3) stats.killerCuts.add();
+    if (isKillerStage(stage)) stats.killerCuts.add();
     if (isQuiet(move) && !node.inCheck) updateKillers(thread, node.ply, move);
     setLine(thread, node.ply, made);
     return v;
@@ -345,7 +345,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
                          inCheck, extended, mayReduce, futilityPruning};
     while (Move* batch = picker.next()) {
         const int stage = picker.stage;
-        if (stage == 4 && threat != NO_MOVE) picker.orderThreatEvasions(threat);
+        if (stage == PICK_QUIET && threat != NO_MOVE) picker.orderThreatEvasions(threat);
         for (Move* cursor = batch; cursor < picker.end; ++cursor) {
             const Move move = *cursor;
             if (move == NO_MOVE || (move == hashMove && !inCheck)) continue;
@@ -453,7 +453,7 @@ MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType
     const int side = static_cast<int>(board.sideToMove);
     if (exposesKing(board, board.kingSquare(side), moveFrom(move), moveTo(move))) return MoveOutcome::ILLEGAL;
 
-    const bool reductionCandidate = node.mayReduce && stage > 3;
+    const bool reductionCandidate = node.mayReduce && stage > PICK_KILLER_2;
     const bool exempt = reductionCandidate && isExemptFromReduction(thread, move, node.threatSquare);
     const bool passedPush = node.futilityPruning && isPawnSlot(board.at(moveFrom(move))) &&
                             (passedPawnFiles(thread, side) & (1 << fileOf(moveFrom(move))));
@@ -474,7 +474,7 @@ MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType
         stats.frontier.add();
         return MoveOutcome::PRUNED;
     }
-    if (stage == 2 || stage == 3) stats.killerTries.add();
+    if (isKillerStage(stage)) stats.killerTries.add();
 
     // Step 21. Late-move reduction.
     const int ply = node.ply;
