@@ -4,8 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "board/makemove.h"
-#include "board/movegen.h"
+#include "board/legalmoves.h"
 #include "board/tables.h"
 
 void moveToText(const Board& board, char* text, Move move) {
@@ -140,23 +139,19 @@ Move isMove(Board& board, const char* text) {
 
     // Steps 4-7. Candidates that fit and that makeMove accepts; a second one makes the text ambiguous.
     MoveList moves;
-    Move* end = board.inCheck() ? generateEvasions(board, moves) : generateMoves(board, moves);
-    const SavedState saved = saveState(board);
+    Move* end = generateLegalMoves(board, moves);
     Move found = NO_MOVE;
     for (Move* move = moves; move != end; ++move) {
         if (!fits(board, m, *move)) continue;
-        const Move made = makeMove(board, *move);
-        if (!made) continue;
-        takeBack(board, *move, saved);
         if (found) {
             char first[MOVE_TEXT_SIZE];
             char second[MOVE_TEXT_SIZE];
             moveToText(board, first, found);
-            moveToText(board, second, made);
+            moveToText(board, second, *move);
             printf("ambiguous move: %s _and_ %s\n", first, second);
             return NO_MOVE;
         }
-        found = made;
+        found = *move;
     }
     // Step 8.
     return found;

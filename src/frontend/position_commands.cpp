@@ -7,8 +7,7 @@
 #include <span>
 
 #include "board/board.h"
-#include "board/makemove.h"
-#include "board/movegen.h"
+#include "board/legalmoves.h"
 #include "board/notation.h"
 #include "board/perft.h"
 #include "frontend/console.h"
@@ -34,15 +33,7 @@ AfterCommand reset(const char*) {
 AfterCommand moves(const char*) {
     Board& board = gameBoard;
     MoveList list;
-    Move* end = board.inCheck() ? generateEvasions(board, list) : generateMoves(board, list);
-    const SavedState saved = saveState(board);
-    int count = 0;
-    for (Move* move = list; move != end; ++move) {
-        const Move made = makeMove(board, *move);
-        if (!made) continue;
-        takeBack(board, *move, saved);
-        list[count++] = made;
-    }
+    const int count = static_cast<int>(generateLegalMoves(board, list) - list);
     printf("#moves = %i\n", count);
     for (int i = 0; i < count; ++i) {
         char text[MOVE_TEXT_SIZE];

@@ -4,8 +4,7 @@
 
 #include <algorithm>
 
-#include "board/makemove.h"
-#include "board/movegen.h"
+#include "board/legalmoves.h"
 #include "eval/evaluate.h"
 #include "search/searchthread.h"
 #include "search/timecontrol.h"
@@ -86,13 +85,5 @@ inline unsigned passedPawnFiles(SearchThread& thread, int side) {
 // Whether the side to move, in check, has a legal answer.
 inline bool hasEvasion(Board& board) {
     MoveList list;
-    Move* end = generateEvasions(board, list);
-    for (Move* move = list; move < end; ++move) {
-        const SavedState saved = saveState(board);
-        if (const Move made = makeMove(board, *move)) {
-            takeBack(board, made, saved);
-            return true;
-        }
-    }
-    return false;
+    return generateLegalMoves(board, list) != list;
 }

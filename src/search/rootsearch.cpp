@@ -5,8 +5,7 @@
 #include <cstdlib>
 #include <utility>
 
-#include "board/makemove.h"
-#include "board/movegen.h"
+#include "board/legalmoves.h"
 #include "board/notation.h"
 #include "board/see.h"
 #include "eval/evaluate.h"
@@ -48,27 +47,21 @@ bool stopRequested(SearchThread& thread) {
 
 // Fills the root list with the legal moves, ordered at first by a capture-only quiescence look at each.
 void SearchThread::generateRootMoves() {
-    Log log;
-    MoveList list;
-    Move* end = board.inCheck() ? generateEvasions(board, list) : generateMoves(board, list);
     int count = 0;
-    for (Move* move = list; move < end; ++move) {
-        const SavedState saved = saveState(board);
-        const Move made = makeMove(board, *move);
-        if (made == NO_MOVE) {
-            char text[MOVE_TEXT_SIZE];
-            moveToText(board, text, *move);
-            log.info("Dropped rootmove: %s\n", text);
-            continue;
-        }
+    auto add = [&](Move made) {
         RootMove& root = rootMoves[count];
         root.move = made;
         root.score = -quiescence(*this, 1, -MATE, MATE, 0, made);
         root.key = root.score;
         root.secondaryKey = -count;  // generator order among equals
-        takeBack(board, made, saved);
         ++count;
-    }
+    };
+    auto drop = [&](Move move) {
+        char text[MOVE_TEXT_SIZE];
+        moveToText(board, text, move);
+        Log().info("Dropped rootmove: %s\n", text);
+    };
+    forEachLegalMove(board, add, drop);
     rootCount.store(count, std::memory_order_relaxed);
 }
 
