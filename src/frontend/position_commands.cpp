@@ -73,10 +73,25 @@ AfterCommand perftCommand(const char* rest) {
     return AfterCommand::READ_NEXT;
 }
 
+// Prints each legal move with its perft count to depth - 1, and the total.
+void divide(Board& board, int depth) {
+    printf("----divide---\n");
+    uint64_t total = 0;
+    forEachLegalMove(board, [&](Move made) {
+        const uint64_t count = depth > 1 ? perft(board, depth - 1, made) : 1;
+        char text[MOVE_TEXT_SIZE];
+        moveToText(board, text, made);
+        printf("%-8s %10" PRIu64 "\n", text, count);
+        total += count;
+    });
+    printf("-------------------\n");
+    printf("total    %10" PRIu64 "\n", total);
+}
+
 AfterCommand divideCommand(const char* rest) {
     int depth = 1;
     readDepth(rest, depth, false);
-    divide(depth, gameBoard.lastMove);
+    divide(gameBoard, depth);
     return AfterCommand::READ_NEXT;
 }
 
