@@ -163,22 +163,10 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
     if (tt.probe(board, entry)) {
         stats.ttHits.add();
         const int score = scoreFromTt(entry.score, ply);
-        if (nodeType != NODE_PV) {
-            bool cut;
-            if (entry.depth >= depth) {
-                cut = (entry.type == TT_LOWER && score >= beta) || (entry.type == TT_UPPER && score <= alpha) ||
-                      entry.type == TT_EXACT;
-            } else {
-                // A shallower entry still decides the node when it knows the game is won or lost.
-                cut = (score >= WON_BOUND && entry.type != TT_UPPER && score >= beta) ||
-                      (score <= -WON_BOUND && entry.type != TT_LOWER && score < alpha);
-            }
-            if (cut) {
-                stats.ttCuts.add();
-                thread.pv[ply][0] = entry.move;
-                thread.pv[ply][1] = NO_MOVE;
-                return score;
-            }
+        if (nodeType != NODE_PV && settlesNode(entry, score, depth, alpha, beta)) {
+            stats.ttCuts.add();
+            setLine(thread, ply, entry.move);
+            return score;
         }
         const Move stored = plainMove(entry.move);
         if (stored != NO_MOVE && entry.depth >= depth - 2 && !(entry.type == TT_UPPER && nodeType == NODE_PV) &&

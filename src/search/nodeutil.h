@@ -22,6 +22,17 @@ inline void storeEntry(SearchThread& thread, int ply, Move move, int score, int 
     tt.store(thread.stats, thread.board, entry);
 }
 
+// Whether a table entry (its score already relative to the node) settles the node without a search:
+// deep enough, with a bound on the side of the window it claims; or shallower, but knowing that the
+// game is won or lost.
+inline bool settlesNode(const TtEntry& entry, int score, int depth, int alpha, int beta) {
+    if (entry.depth >= depth)
+        return entry.type == TT_EXACT || (entry.type == TT_LOWER && score >= beta) ||
+               (entry.type == TT_UPPER && score <= alpha);
+    return (score >= WON_BOUND && entry.type != TT_UPPER && score >= beta) ||
+           (score <= -WON_BOUND && entry.type != TT_LOWER && score < alpha);
+}
+
 // The clock is read every 1024 nodes of each kind, interior and quiescence alike: in an endgame full of
 // checks the quiescence search takes most of the nodes, and with a few milliseconds left on the clock
 // the search cannot wait for thousands of interior nodes before it notices that its time is up.

@@ -93,20 +93,10 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
     if (tt.probe(board, entry)) {
         stats.ttHits.add();
         const int score = scoreFromTt(entry.score, ply);
-        if (nullWindow) {
-            bool cut;
-            if (entry.depth >= depth) {
-                cut = (entry.type == TT_LOWER && score >= beta) || (entry.type == TT_UPPER && score <= alpha) ||
-                      entry.type == TT_EXACT;
-            } else {
-                cut = (score >= WON_BOUND && entry.type != TT_UPPER && score >= beta) ||
-                      (score <= -WON_BOUND && entry.type != TT_LOWER && score < alpha);
-            }
-            if (cut) {
-                stats.ttCuts.add();
-                setLine(thread, ply, entry.move);
-                return score;
-            }
+        if (nullWindow && settlesNode(entry, score, depth, alpha, beta)) {
+            stats.ttCuts.add();
+            setLine(thread, ply, entry.move);
+            return score;
         }
         hashMove = plainMove(entry.move);
         // The hash move sorts first: its child's entry loads during the evaluation below.
