@@ -6,7 +6,7 @@
 #include "board/makemove.h"
 #include "frontend/util/log.h"
 #include "platform/platform.h"
-#include "search/nodeutil.h"
+#include "search/node.h"
 #include "search/report.h"
 #include "search/timecontrol.h"
 

@@ -8,7 +8,7 @@
 #include "eval/egbb.h"
 #include "eval/evaluate.h"
 #include "search/drawrules.h"
-#include "search/nodeutil.h"
+#include "search/node.h"
 #include "search/picker.h"
 #include "search/searchthread.h"
 #include "search/tt.h"

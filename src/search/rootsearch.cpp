@@ -10,7 +10,7 @@
 #include "board/see.h"
 #include "eval/evaluate.h"
 #include "frontend/util/log.h"
-#include "search/nodeutil.h"
+#include "search/node.h"
 #include "search/parallel.h"
 #include "search/report.h"
 #include "search/searchthread.h"

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "search/bench.h"
-#include "search/nodeutil.h"
+#include "search/node.h"
 #include "search/report.h"
 #include "search_helpers.h"
 

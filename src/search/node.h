@@ -1,5 +1,6 @@
-// Small helpers that alphaBeta and quiescence share: table stores relative to the node, the line
-// arrays, passed-pawn files and the evasion test.
+// What every node of the tree search and of the quiescence search does alike: store to and cut off
+// from the table, bound by mate distance, watch the clock, keep the killers and the line arrays, and
+// ask the position about passed pawns and evasions.
 #pragma once
 
 #include <algorithm>
@@ -13,6 +14,7 @@
 // An off-board square: no null-move threat known.
 constexpr int NO_THREAT = 8;
 
+// Stores the node's result; a mate score goes in as a distance from this position, not from the root.
 inline void storeEntry(SearchThread& thread, int ply, Move move, int score, int depth, int type) {
     TtEntry entry{};
     entry.move = move;
@@ -33,9 +35,6 @@ inline bool settlesNode(const TtEntry& entry, int score, int depth, int alpha, i
            (score <= -WON_BOUND && entry.type != TT_LOWER && score < alpha);
 }
 
-// The clock is read every 1024 nodes of each kind, interior and quiescence alike: in an endgame full of
-// checks the quiescence search takes most of the nodes, and with a few milliseconds left on the clock
-// the search cannot wait for thousands of interior nodes before it notices that its time is up.
 // Mate-distance pruning: no line from here can end in a mate nearer than one already found. Returns
 // the score that settles the node, or 0 when the search goes on (with alpha perhaps raised).
 inline int mateDistanceBound(int ply, int& alpha, int beta, bool inCheck) {
@@ -52,6 +51,9 @@ inline int mateDistanceBound(int ply, int& alpha, int beta, bool inCheck) {
     return 0;
 }
 
+// The clock is read every 1024 nodes of each kind, interior and quiescence alike: in an endgame full of
+// checks the quiescence search takes most of the nodes, and with a few milliseconds left on the clock
+// the search cannot wait for thousands of interior nodes before it notices that its time is up.
 inline bool clockRanOut(uint64_t count) { return (count & 1023) == 0 && timeControl.outOfTime(); }
 
 inline bool isQuiet(Move move) { return !isCapture(move) && promotionKind(move) == 0; }
