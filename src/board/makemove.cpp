@@ -17,7 +17,7 @@ bool sliderBehind(const Board& board, int king, int square, uint8_t colourBitOfS
     return (pieceCode[board.at(s)] & (WHITE_BIT | BLACK_BIT | bit)) == (colourBitOfSlider | bit);
 }
 
-// Step 4: the check bits of the move just made, for the side now to move.
+// The check bits of the move just made, for the side now to move.
 Move checkBits(const Board& board, Move move, int from, int to) {
     const int king = board.kingSquare(static_cast<int>(board.sideToMove));
     const uint8_t mover = colourBit(static_cast<int>(board.sideToMove ^ 1));
@@ -72,7 +72,7 @@ Move makeEnPassant(Board& board, Move move, int from, int to) {
     const uint8_t pawn = board.at(from);
     const int king = board.kingSquare(side);
     const uint8_t enemy = colourBit(side ^ 1);
-    // Step 1. With the taken pawn lifted, leaving the from-square must not open a line to the king;
+    // With the taken pawn lifted, leaving the from-square must not open a line to the king;
     // this catches the rank where both pawns stood between king and rook. The taken pawn's own line is
     // tested too, for positions set up with an en-passant square no real game could reach.
     board.at(taken) = EMPTY;
@@ -135,7 +135,7 @@ Move play(Board& board, Move move) {
         if (newSlot >= limit || board.promotionCount >= PROMOTION_STACK_SIZE) return refuse(board);
     }
 
-    // Step 3. Castling rights, capture, promotion, en-passant square, the move itself.
+    // Castling rights, capture, promotion, en-passant square, the move itself.
     const uint8_t keep = castleKeep[from] & castleKeep[to];
     if (board.castling & ~keep) setCastling(board, board.castling & keep);
     const int captured = capturedSlot(move);

@@ -213,7 +213,7 @@ void workerLoop(int i) {
     WorkerSlot& self = smp.slots[i];
     Log log;
     for (;;) {
-        // Step 1. Sleep until a search starts.
+        // Sleep until a search starts.
         log.debug("thread %i: sleep()\n", i);
         self.activeMs.store(platform::getTickCount() - self.wokenAt.load());
         self.idle.set();
@@ -221,7 +221,7 @@ void workerLoop(int i) {
         self.wake.reset();
         log.debug("thread %i: awoke()\n", i);
 
-        // Step 2.
+        // Awake: start the clocks afresh and take the root position.
         self.wokenAt.store(platform::getTickCount());
         self.adminMs.store(0);
         self.kills.store(0);
@@ -230,25 +230,25 @@ void workerLoop(int i) {
         thread.minSplitDepth = minimumSplitDepth();
 
         for (;;) {
-            // Step 3. Surplus threads sleep too once the count has been lowered.
+            // Surplus threads sleep too once the count has been lowered.
             thread.stop.store(0);
             if (smp.searchDone.load() || i >= smp.threadsInUse.load()) break;
 
-            // Step 4.
+            // Offer the slot as idle.
             const uint32_t start = platform::getTickCount();
             smp.lock.lock();
             self.waiting.store(true);
             smp.idleCount.fetch_add(1);
             smp.lock.unlock();
 
-            // Step 5.
+            // Wait for a split point to join, or for the search to end.
             spinUntil([&] {
                 return self.current.load() || thread.stop.load() || smp.searchDone.load() ||
                        i >= smp.threadsInUse.load();
             });
             thread.stats.splitWaitMs.add(platform::getTickCount() - start);
 
-            // Step 6. A slot taken at the moment it was stopped still joins: its split point counts
+            // A slot taken at the moment it was stopped still joins: its split point counts
             // on it to leave.
             smp.lock.lock();
             SplitPoint* sp = self.current.load();
@@ -320,17 +320,17 @@ void stopAllThreads() {
 }
 
 int trySplit(SearchThread& thread, SplitPoint& sp) {
-    // Step 1.
+    // Nobody idle, or the lock busy: search alone.
     if (smp.idleCount.load(std::memory_order_relaxed) == 0) return 0;
     if (!smp.lock.try_lock()) return 0;
 
-    // Step 2.
+    // Nor when this thread has been stopped meanwhile.
     if (thread.stop.load()) {
         smp.lock.unlock();
         return 0;
     }
 
-    // Step 3.
+    // Link the split point under the one this slot already works at.
     WorkerSlot& self = smp.slots[thread.slot];
     SplitPoint* current = self.current.load();
     sp.parent.store(current);
@@ -339,7 +339,7 @@ int trySplit(SearchThread& thread, SplitPoint& sp) {
     sp.working.store(1);
     thread.stats.splitNodes.add();
 
-    // Step 4. A slot waiting at a split point of its own may only help below it, where its helpers are.
+    // A slot waiting at a split point of its own may only help below it, where its helpers are.
     const int inUse = smp.threadsInUse.load();
     int taken = 0;
     for (int i = 0; i < inUse; ++i) {
@@ -354,7 +354,7 @@ int trySplit(SearchThread& thread, SplitPoint& sp) {
         ++taken;
     }
 
-    // Step 5.
+    // No helper came: search alone.
     if (taken == 0) {
         smp.lock.unlock();
         return 0;
