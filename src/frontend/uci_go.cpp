@@ -34,7 +34,7 @@ void Uci::go() {
     if (current == SEARCHING || current == PONDER) stopSearch();
     searchThread.waitIdle();
 
-    // Step 1. The limits.
+    // The limits.
     int wtime = -1, btime = -1, winc = 0, binc = 0, depth = 0, movesToGo = 0, movetime = -1;
     int nodes = 0;  // read and left unused: the search knows no node limit
     bool infinite = false;
@@ -57,19 +57,19 @@ void Uci::go() {
         }
     }
 
-    // Step 2. The book. A ponder search must not answer before "ponderhit" or "stop", so it searches
+    // The book. A ponder search must not answer before "ponderhit" or "stop", so it searches
     // even on a book position; the book is asked again when the engine itself is to move.
     if (newStatus != PONDER && playBookMove()) return;
 
-    // Step 3. The status; a "go" out of turn still searches.
+    // The status; a "go" out of turn still searches.
     int old = exchangeStatus(newStatus);
     if (old != POSITION) log.warning("Expected current status==POSITION, got %i\n", old);
 
-    // Step 4. Depth and clock.
+    // Depth and clock.
     searchThread.maxDepth = depth;
     setTimeLimits(outOfBook.ply, wtime, btime, winc, binc, movesToGo, movetime, infinite);
 
-    // Step 5. The search runs on its own thread; input goes on being read meanwhile.
+    // The search runs on its own thread; input goes on being read meanwhile.
     reported = Reported();
     searchThread.listener = this;
     searchThread.echoLines = false;

@@ -122,7 +122,7 @@ void Xboard::think() {
         return;
     traceMessage("go()...");
 
-    // Step 1. The limits: the clock the GUI set, unless the argument text names others.
+    // The limits: the clock the GUI set, unless the argument text names others.
     const bool white = gameBoard.sideToMove == 0;
     int wtime = white ? clock.ownMs : clock.opponentMs;
     int btime = white ? clock.opponentMs : clock.ownMs;
@@ -158,18 +158,18 @@ void Xboard::think() {
         }
     }
 
-    // Step 2. The book; a ponder search must not answer early, so it searches even a book position.
+    // The book; a ponder search must not answer early, so it searches even a book position.
     if (newStatus != PONDER && playBookMove()) return;
 
-    // Step 3. The status; thinking out of turn still searches.
+    // The status; thinking out of turn still searches.
     const int old = exchangeStatus(newStatus);
     if (old != IDLE) log.warning("Expected current status==IDLE, got %i\n", old);
 
-    // Step 4. Depth and clock.
+    // Depth and clock.
     searchThread.maxDepth = depth;
     setTimeLimits(outOfBookPly, wtime, btime, winc, binc, movesToGo, movetime, infinite);
 
-    // Step 5. The search runs on its own thread; input goes on being read meanwhile.
+    // The search runs on its own thread; input goes on being read meanwhile.
     reported = Reported();
     searchThread.listener = this;
     searchThread.echoLines = false;
