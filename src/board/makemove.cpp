@@ -1,6 +1,8 @@
 // Playing moves on the board, and putting special moves back.
 #include "board/makemove.h"
 
+#include <cassert>
+
 #include "board/movegen.h"
 #include "board/movegen_helpers.h"
 
@@ -184,6 +186,7 @@ Move play(Board& board, Move move) {
 Move makeMove(Board& board, Move move) {
     const Move made = play(board, move);
     if (made) board.lastMove = made;
+    assert(board.check("make"));
     return made;
 }
 
@@ -239,6 +242,7 @@ bool makeNullMove(Board& board) {
     clearEpSquare(board);
     board.sideToMove ^= 1;
     board.lastMove = NO_MOVE;
+    assert(board.check("null move"));
     return true;
 }
 
@@ -248,4 +252,5 @@ void takeBackNullMove(Board& board, const SavedState& saved) {
     board.lastMove = saved.lastMove;
     board.ply -= 1;
     board.hash = board.hashHistory[board.ply];
+    assert(board.check("null move taken back"));
 }

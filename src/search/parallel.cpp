@@ -1,6 +1,7 @@
 #include "search/parallel.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstdio>
 
 #include "board/makemove.h"
@@ -150,6 +151,8 @@ void join(SearchThread& thread, SplitPoint& sp, SplitPoint* back) {
             made[i] = makeMove(board, sp.path[i]);
         }
     }
+    // The helper stood on a prefix of the path and now stands on the split node.
+    assert(static_cast<int>(board.ply - smp.rootPly) == sp.pathLength);
     spinUntil([&] { return sp.state.load() == SPLIT_OPEN; });
     uint32_t now = platform::getTickCount();
     addMs(self.adminMs, now - start);
@@ -370,6 +373,9 @@ bool splitNode(SearchThread& thread, const NodeState& node, int nodeType, Picker
                Move threat, SplitOutcome& outcome) {
     if (smp.idleCount.load(std::memory_order_relaxed) == 0) return false;
     SplitPoint& sp = smp.splitPoints[thread.slot * MAX_SPLITS_PER_THREAD + thread.activeSplits];
+    // Each depth of the thread's splits has its own record, so none is in use here; a split that found
+    // no helper leaves its record linked but unused.
+    assert(sp.state.load() <= SPLIT_LINKED);
     sp.node = node;
     sp.probePlyLimit = thread.probePlyLimit;
     sp.pathLength = node.ply;
@@ -400,6 +406,7 @@ bool splitNode(SearchThread& thread, const NodeState& node, int nodeType, Picker
     std::lock_guard<SpinLock> guard(sp.lock);
     outcome = {sp.alpha, sp.best, sp.bestMove, sp.cutMove, sp.cutStage};
     if (sp.lineChanged) std::copy(sp.line, sp.line + MAX_PLY, thread.pv[node.ply]);
+    assert(sp.working.load() == 1);  // every helper has left
     sp.state.store(SPLIT_FREE);
     return true;
 }
