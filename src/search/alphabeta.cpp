@@ -372,15 +372,8 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
             // See what the move brought.
             if (thread.stop.load(std::memory_order_relaxed)) return 0;
             if (v >= beta) return failHigh(thread, node, move, made, v, first, stage);
-            if (v > best) {
-                best = v;
-                bestMove = made;
-                if (v > alpha) {
-                    alpha = v;
-                    copyLine(thread, ply, made);
-                    stats.alphaRaises.add();
-                }
-            }
+            if (v > best) bestMove = made;
+            if (raiseBest(thread, ply, made, v, best, alpha)) stats.alphaRaises.add();
             if (nodeType == NODE_CUT) nodeType = NODE_ALL;
         }
     }
@@ -411,14 +404,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
                     setLine(thread, ply, made);
                     return v;
                 }
-                if (v > best) {
-                    best = v;
-                    if (v > alpha) {
-                        alpha = v;
-                        copyLine(thread, ply, made);
-                        stats.alphaRaises.add();
-                    }
-                }
+                if (raiseBest(thread, ply, made, v, best, alpha)) stats.alphaRaises.add();
             }
         }
         if (best <= alphaOnEntry) {

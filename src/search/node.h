@@ -87,6 +87,17 @@ inline void copyLine(SearchThread& thread, int ply, Move move) {
     line[i + 1] = NO_MOVE;
 }
 
+// A searched move's score v at the node: the best so far when above it, and alpha with the move's line
+// when above alpha too. Returns whether alpha rose.
+inline bool raiseBest(SearchThread& thread, int ply, Move made, int v, int& best, int& alpha) {
+    if (v <= best) return false;
+    best = v;
+    if (v <= alpha) return false;
+    alpha = v;
+    copyLine(thread, ply, made);
+    return true;
+}
+
 // Files holding a passed pawn of side in the thread's current position, from its pawn table.
 inline unsigned passedPawnFiles(SearchThread& thread, int side) {
     const uint64_t key = thread.board.pawnHash;

@@ -178,13 +178,7 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
                 setLine(thread, ply, made);
                 return v;
             }
-            if (v > best) {
-                best = v;
-                if (v > alpha) {
-                    alpha = v;
-                    copyLine(thread, ply, made);
-                }
-            }
+            raiseBest(thread, ply, made, v, best, alpha);
         }
     }
 
