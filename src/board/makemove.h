@@ -1,7 +1,10 @@
 // Making and taking back moves. Every caller takes moves back with takeBack, restoring the SavedState
 // it took before makeMove. makeMove records the move it returns in lastMove and takeBack restores the
-// previous one, so lastMove always tells the generators whether the side to move is in check.
+// previous one, so lastMove always tells the generators whether the side to move is in check. A debug
+// build runs the board's consistency check after every make and take-back.
 #pragma once
+
+#include <cassert>
 
 #include "board/board.h"
 #include "board/move.h"
@@ -65,6 +68,7 @@ inline void takeBack(Board& board, Move move, const SavedState& saved) {
     board.hash = board.hashHistory[board.ply];
     if (isSpecial(move)) {
         unmakeMove(board, move);
+        assert(board.check("take back"));
         return;
     }
     const int from = moveFrom(move);
@@ -78,6 +82,7 @@ inline void takeBack(Board& board, Move move, const SavedState& saved) {
         board.pieceSquare[captured] = static_cast<uint8_t>(board.pieceSquare[captured] + SET_ASIDE);
         board.material[board.sideToMove ^ 1] += materialWord[captured & 63];
     }
+    assert(board.check("take back"));
 }
 
 // The null move: the side to move passes (lastMove becomes 0); false (nothing done) when the history

@@ -27,7 +27,7 @@ public:
         }
         char text[MOVE_TEXT_SIZE];
         moveToText(gameBoard, text, best);
-        playGameMove(gameBoard, best & 0x3FFFFF7F);
+        playGameMove(gameBoard, plainMove(best));
         printf("my move: %s\n", text);
         gameBoard.print(stdout, 0);
         fflush(stdout);

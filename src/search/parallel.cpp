@@ -1,12 +1,13 @@
 #include "search/parallel.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstdio>
 
 #include "board/makemove.h"
 #include "frontend/util/log.h"
 #include "platform/platform.h"
-#include "search/nodeutil.h"
+#include "search/node.h"
 #include "search/report.h"
 #include "search/timecontrol.h"
 
@@ -150,6 +151,8 @@ void join(SearchThread& thread, SplitPoint& sp, SplitPoint* back) {
             made[i] = makeMove(board, sp.path[i]);
         }
     }
+    // The helper stood on a prefix of the path and now stands on the split node.
+    assert(static_cast<int>(board.ply - smp.rootPly) == sp.pathLength);
     spinUntil([&] { return sp.state.load() == SPLIT_OPEN; });
     uint32_t now = platform::getTickCount();
     addMs(self.adminMs, now - start);
@@ -213,7 +216,7 @@ void workerLoop(int i) {
     WorkerSlot& self = smp.slots[i];
     Log log;
     for (;;) {
-        // Step 1. Sleep until a search starts.
+        // Sleep until a search starts.
         log.debug("thread %i: sleep()\n", i);
         self.activeMs.store(platform::getTickCount() - self.wokenAt.load());
         self.idle.set();
@@ -221,7 +224,7 @@ void workerLoop(int i) {
         self.wake.reset();
         log.debug("thread %i: awoke()\n", i);
 
-        // Step 2.
+        // Awake: start the clocks afresh and take the root position.
         self.wokenAt.store(platform::getTickCount());
         self.adminMs.store(0);
         self.kills.store(0);
@@ -230,25 +233,25 @@ void workerLoop(int i) {
         thread.minSplitDepth = minimumSplitDepth();
 
         for (;;) {
-            // Step 3. Surplus threads sleep too once the count has been lowered.
+            // Surplus threads sleep too once the count has been lowered.
             thread.stop.store(0);
             if (smp.searchDone.load() || i >= smp.threadsInUse.load()) break;
 
-            // Step 4.
+            // Offer the slot as idle.
             const uint32_t start = platform::getTickCount();
             smp.lock.lock();
             self.waiting.store(true);
             smp.idleCount.fetch_add(1);
             smp.lock.unlock();
 
-            // Step 5.
+            // Wait for a split point to join, or for the search to end.
             spinUntil([&] {
                 return self.current.load() || thread.stop.load() || smp.searchDone.load() ||
                        i >= smp.threadsInUse.load();
             });
             thread.stats.splitWaitMs.add(platform::getTickCount() - start);
 
-            // Step 6. A slot taken at the moment it was stopped still joins: its split point counts
+            // A slot taken at the moment it was stopped still joins: its split point counts
             // on it to leave.
             smp.lock.lock();
             SplitPoint* sp = self.current.load();
@@ -320,17 +323,17 @@ void stopAllThreads() {
 }
 
 int trySplit(SearchThread& thread, SplitPoint& sp) {
-    // Step 1.
+    // Nobody idle, or the lock busy: search alone.
     if (smp.idleCount.load(std::memory_order_relaxed) == 0) return 0;
     if (!smp.lock.try_lock()) return 0;
 
-    // Step 2.
+    // Nor when this thread has been stopped meanwhile.
     if (thread.stop.load()) {
         smp.lock.unlock();
         return 0;
     }
 
-    // Step 3.
+    // Link the split point under the one this slot already works at.
     WorkerSlot& self = smp.slots[thread.slot];
     SplitPoint* current = self.current.load();
     sp.parent.store(current);
@@ -339,7 +342,7 @@ int trySplit(SearchThread& thread, SplitPoint& sp) {
     sp.working.store(1);
     thread.stats.splitNodes.add();
 
-    // Step 4. A slot waiting at a split point of its own may only help below it, where its helpers are.
+    // A slot waiting at a split point of its own may only help below it, where its helpers are.
     const int inUse = smp.threadsInUse.load();
     int taken = 0;
     for (int i = 0; i < inUse; ++i) {
@@ -354,7 +357,7 @@ int trySplit(SearchThread& thread, SplitPoint& sp) {
         ++taken;
     }
 
-    // Step 5.
+    // No helper came: search alone.
     if (taken == 0) {
         smp.lock.unlock();
         return 0;
@@ -370,6 +373,9 @@ bool splitNode(SearchThread& thread, const NodeState& node, int nodeType, Picker
                Move threat, SplitOutcome& outcome) {
     if (smp.idleCount.load(std::memory_order_relaxed) == 0) return false;
     SplitPoint& sp = smp.splitPoints[thread.slot * MAX_SPLITS_PER_THREAD + thread.activeSplits];
+    // Each depth of the thread's splits has its own record, so none is in use here; a split that found
+    // no helper leaves its record linked but unused.
+    assert(sp.state.load() <= SPLIT_LINKED);
     sp.node = node;
     sp.probePlyLimit = thread.probePlyLimit;
     sp.pathLength = node.ply;
@@ -400,6 +406,7 @@ bool splitNode(SearchThread& thread, const NodeState& node, int nodeType, Picker
     std::lock_guard<SpinLock> guard(sp.lock);
     outcome = {sp.alpha, sp.best, sp.bestMove, sp.cutMove, sp.cutStage};
     if (sp.lineChanged) std::copy(sp.line, sp.line + MAX_PLY, thread.pv[node.ply]);
+    assert(sp.working.load() == 1);  // every helper has left
     sp.state.store(SPLIT_FREE);
     return true;
 }

@@ -75,7 +75,7 @@ void printLine(SearchThread& thread, int score, const char* note) {
     // The moves are written on a copy of the root position so that each gets its piece letter.
     Board line = thread.board;
     for (const Move* move = thread.principalVariation(); *move != NO_MOVE; ++move) {
-        const Move made = makeMove(line, *move & 0x3FFFFF7F);
+        const Move made = makeMove(line, plainMove(*move));
         if (made == NO_MOVE) break;
         char word[MOVE_TEXT_SIZE];
         moveToText(line, word, made);
