@@ -34,7 +34,8 @@ inline uint64_t keyAfter(const Board& board, Move move) {
     if (const int captured = capturedSlot(move))
         key ^= pieceKey(captured, (move & MOVE_EN_PASSANT) ? to ^ 16 : to);
     if (board.epSquare) key ^= epKey(static_cast<int>(board.epSquare));
-    return key ^ castlingKey[board.castling] ^ castlingKey[board.castling & castleKeep[from] & castleKeep[to]];
+    return key ^ castlingKey[board.castling] ^
+           castlingKey[board.castling & castleKeep[from] & castleKeep[to]];
 }
 
 // The pawn key the position will have after a generated move, except after a promotion: what the

@@ -118,7 +118,7 @@ Move* pieceMoves(const Board& board, Move* list, int firstSlot, const int* steps
     int from;
     for (int slot = firstSlot; (from = board.pieceSquare[slot]) != NO_SQUARE; ++slot) {
         if (!onBoard(from)) continue;
-        // Unrolled so that each step is a constant in the addressing of its ray.
+            // Unrolled so that each step is a constant in the addressing of its ray.
 #pragma GCC unroll 8
         for (int i = 0; i < stepCount; ++i) {
             const int step = steps[i];

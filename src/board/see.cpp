@@ -26,7 +26,8 @@ struct Attackers {
 
 // The first piece behind `square` seen from `to`, if it belongs to colour and attacks `to` along that
 // line, joins the list.
-[[gnu::always_inline]] inline void addXray(const Board& board, Attackers& list, int colour, int to, int square) {
+[[gnu::always_inline]] inline void addXray(const Board& board, Attackers& list, int colour, int to,
+                                           int square) {
     const int step = direction[square - to];
     if (!step) return;
     int behind = square + step;
@@ -139,7 +140,8 @@ int exchange(Board& board, Move move) {
 }  // namespace
 
 int collectAttackers(SeeAttacker* list, const Board& board, int colour, int square) {
-    return colour == WHITE ? attackersOf<WHITE>(list, board, square) : attackersOf<BLACK>(list, board, square);
+    return colour == WHITE ? attackersOf<WHITE>(list, board, square)
+                           : attackersOf<BLACK>(list, board, square);
 }
 
 int see(Board& board, int side, Move move) {

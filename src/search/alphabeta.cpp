@@ -26,7 +26,9 @@ constexpr int FUTILITY_MARGIN[5] = {0, 50, 150, 450, 1150};
 constexpr int NULL_REDUCTION = 4;
 
 // Value class of a captured piece: pawn 1, knight and bishop 3, rook 5, queen 10; 0 for no capture.
-int capturedValue(Move move) { return isCapture(move) ? seeValue[capturedSlot(move) & 63] : 0; }
+int capturedValue(Move move) {
+    return isCapture(move) ? seeValue[capturedSlot(move) & 63] : 0;
+}
 
 // Extensions decided once the move is on the board (only when the node has not been extended already
 // and enough depth is left for them to matter).
@@ -35,7 +37,8 @@ int moveExtension(const Board& board, Move move, Move lastMove, int newDepth) {
     const uint32_t white = board.material[WHITE];
     const uint32_t black = board.material[BLACK];
     // A capture of a piece that leaves only kings and pawns: pawn endings need exact calculation.
-    if (pieceCount(white) + pieceCount(black) == 0 && isCapture(move) && !isPawnSlot(capturedSlot(move))) return 3;
+    if (pieceCount(white) + pieceCount(black) == 0 && isCapture(move) && !isPawnSlot(capturedSlot(move)))
+        return 3;
     // A recapture, when the material is about even for the depth left.
     if ((isCapture(lastMove) || promotionKind(lastMove) != 0) && moveTo(move) == moveTo(lastMove)) {
         const int balance = materialUnits(white) - materialUnits(black);
@@ -78,7 +81,8 @@ bool isExemptFromReduction(SearchThread& thread, Move move, int threatSquare) {
         const int behind = to - pawnStep(side);
         for (int guard : {behind - 1, behind + 1}) {
             const uint8_t occupant = board.at(guard);
-            if (occupant != EMPTY && occupant != OFF_BOARD && colourOfSlot(occupant) == side) worthExchange = true;
+            if (occupant != EMPTY && occupant != OFF_BOARD && colourOfSlot(occupant) == side)
+                worthExchange = true;
         }
     } else if (code & KNIGHT_BIT) {
         for (int step : KNIGHT_STEPS) {
@@ -94,7 +98,8 @@ bool isExemptFromReduction(SearchThread& thread, Move move, int threatSquare) {
 
 // The cut-off of the move loop, for a move that reached beta: remember it in the table, the killers
 // and the line.
-int failHigh(SearchThread& thread, const NodeState& node, Move move, Move made, int v, bool first, int stage) {
+int failHigh(SearchThread& thread, const NodeState& node, Move move, Move made, int v, bool first,
+             int stage) {
     SearchStats& stats = thread.stats;
     storeEntry(thread, node.ply, move, v, node.depth, TT_LOWER);
     if (v > MATE_BOUND - 1) thread.mateKiller[node.ply] = plainMove(move);
@@ -170,8 +175,8 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
             return score;
         }
         const Move stored = plainMove(entry.move);
-        if (stored != NO_MOVE && entry.depth >= depth - 2 && !(entry.type == TT_UPPER && nodeType == NODE_PV) &&
-            isValidMove(board, stored)) {
+        if (stored != NO_MOVE && entry.depth >= depth - 2 &&
+            !(entry.type == TT_UPPER && nodeType == NODE_PV) && isValidMove(board, stored)) {
             hashMove = stored;
             tt.prefetchAfter(board, hashMove);
         }
@@ -188,7 +193,10 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
         int s;
         if (egbb.probe(board, s)) {
             if (s < -WON_BOUND && inCheck && alpha < -WON_BOUND && !hasEvasion(board)) return ply - MATE;
-            storeEntry(thread, ply, NO_MOVE, s, depth, s >= beta ? TT_LOWER : s <= alpha ? TT_UPPER : TT_EXACT);
+            storeEntry(thread, ply, NO_MOVE, s, depth,
+                       s >= beta    ? TT_LOWER
+                       : s <= alpha ? TT_UPPER
+                                    : TT_EXACT);
             if (men > alwaysProbeLimit && ply >= thread.probePlyLimit - 1) return s;
             if (s >= -(WON_BOUND - 1) && s <= WON_BOUND - 1) return s;
             if ((ply & 1) == 0 && s + 1000 < alpha) return alpha - 1000;
@@ -317,8 +325,8 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
     // Futility: near the leaves, quiet moves cannot lift a hopeless score up to alpha.
     int futility = -MATE;
     bool futilityPruning = false;
-    if (nodeType != NODE_PV && depth <= 4 && !inCheck && pieceCount(ownMaterial) > 0 && alpha >= -(WON_BOUND - 1) &&
-        alpha <= WON_BOUND - 1) {
+    if (nodeType != NODE_PV && depth <= 4 && !inCheck && pieceCount(ownMaterial) > 0 &&
+        alpha >= -(WON_BOUND - 1) && alpha <= WON_BOUND - 1) {
         const int e = evaluate(thread.eval, board);
         if (e < alpha) {
             futility = e + FUTILITY_MARGIN[depth];
@@ -329,8 +337,8 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
 
     // The move loop.
     const bool mayReduce = depth >= 2 && !inCheck && alpha >= -(WON_BOUND - 1);
-    const NodeState node{ply,     beta,     depth,     newDepth, lastMove, threatSquare,
-                         inCheck, extended, mayReduce, futilityPruning};
+    const NodeState node{ply,          beta,    depth,    newDepth,  lastMove,
+                         threatSquare, inCheck, extended, mayReduce, futilityPruning};
     while (Move* batch = picker.next()) {
         const int stage = picker.stage;
         if (stage == PICK_QUIET && threat != NO_MOVE) picker.orderThreatEvasions(threat);
@@ -346,9 +354,11 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
 
             // Offer the remaining moves to idle threads once the first move has shown that
             // the node must search them all. With a single search thread no node is deep enough.
-            if (depth >= thread.minSplitDepth && searched > 0 && thread.activeSplits < MAX_SPLITS_PER_THREAD) {
+            if (depth >= thread.minSplitDepth && searched > 0 &&
+                thread.activeSplits < MAX_SPLITS_PER_THREAD) {
                 SplitOutcome outcome{alpha, best, bestMove, NO_MOVE, 0};
-                if (splitNode(thread, node, nodeType, picker, cursor, inCheck ? NO_MOVE : hashMove, threat, outcome)) {
+                if (splitNode(thread, node, nodeType, picker, cursor, inCheck ? NO_MOVE : hashMove, threat,
+                              outcome)) {
                     if (thread.stop.load(std::memory_order_relaxed)) return 0;
                     if (outcome.best >= beta)
                         return failHigh(thread, node, outcome.cutMove, outcome.bestMove, outcome.best, false,
@@ -363,7 +373,8 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
             // Reduce, search or prune the move: searchMove.
             int v;
             Move made;
-            const MoveOutcome outcome = searchMove(thread, node, nodeType, alpha, searched == 0, move, stage, v, made);
+            const MoveOutcome outcome =
+                searchMove(thread, node, nodeType, alpha, searched == 0, move, stage, v, made);
             if (outcome == MoveOutcome::ILLEGAL) continue;
             const bool first = searched == 0;
             ++searched;
@@ -420,8 +431,8 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
     return best;
 }
 
-MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType, int alpha, bool first, Move move,
-                       int stage, int& score, Move& made, const std::atomic<int>* liveAlpha) {
+MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType, int alpha, bool first,
+                       Move move, int stage, int& score, Move& made, const std::atomic<int>* liveAlpha) {
     Board& board = thread.board;
     SearchStats& stats = thread.stats;
     const int side = static_cast<int>(board.sideToMove);
@@ -472,7 +483,8 @@ MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType
         } else {
             v = -alphaBeta(thread, ply + 1, -alpha - 1, -alpha, d, made, NODE_CUT);
             if (v > alpha && !thread.stop.load(std::memory_order_relaxed)) {
-                if (liveAlpha) alpha = std::clamp(liveAlpha->load(std::memory_order_relaxed), alpha, beta - 1);
+                if (liveAlpha)
+                    alpha = std::clamp(liveAlpha->load(std::memory_order_relaxed), alpha, beta - 1);
                 v = -alphaBeta(thread, ply + 1, -beta, -alpha, d, made, NODE_PV);
             }
         }

@@ -54,9 +54,13 @@ inline int mateDistanceBound(int ply, int& alpha, int beta, bool inCheck) {
 // The clock is read every 1024 nodes of each kind, interior and quiescence alike: in an endgame full of
 // checks the quiescence search takes most of the nodes, and with a few milliseconds left on the clock
 // the search cannot wait for thousands of interior nodes before it notices that its time is up.
-inline bool clockRanOut(uint64_t count) { return (count & 1023) == 0 && timeControl.outOfTime(); }
+inline bool clockRanOut(uint64_t count) {
+    return (count & 1023) == 0 && timeControl.outOfTime();
+}
 
-inline bool isQuiet(Move move) { return !isCapture(move) && promotionKind(move) == 0; }
+inline bool isQuiet(Move move) {
+    return !isCapture(move) && promotionKind(move) == 0;
+}
 
 // A quiet move that cut off goes to the front of the ply's two killers. A move already in front stays
 // where it is, so the two slots never hold the same move.

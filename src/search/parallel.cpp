@@ -17,13 +17,13 @@ namespace {
 struct WorkerSlot {
     platform::Event idle;  // set while the worker sleeps between searches
     platform::Event wake;
-    bool running = false;                         // the worker thread exists (main thread only)
-    std::atomic<bool> waiting{false};             // the idle flag: free to be taken by a split point
-    std::atomic<SplitPoint*> current{nullptr};    // the split point the slot works under
-    std::atomic<uint32_t> wokenAt{0};             // tick of the wake-up
-    std::atomic<uint32_t> activeMs{0};            // wake-up to sleep, for the statistics
-    std::atomic<uint32_t> adminMs{0};             // replaying and taking back paths
-    std::atomic<uint32_t> kills{0};               // threads this slot stopped on a fail high
+    bool running = false;                       // the worker thread exists (main thread only)
+    std::atomic<bool> waiting{false};           // the idle flag: free to be taken by a split point
+    std::atomic<SplitPoint*> current{nullptr};  // the split point the slot works under
+    std::atomic<uint32_t> wokenAt{0};           // tick of the wake-up
+    std::atomic<uint32_t> activeMs{0};          // wake-up to sleep, for the statistics
+    std::atomic<uint32_t> adminMs{0};           // replaying and taking back paths
+    std::atomic<uint32_t> kills{0};             // threads this slot stopped on a fail high
 
     WorkerSlot() { idle.set(); }
 };
@@ -34,7 +34,7 @@ struct SplitState {
     std::atomic<int> idleCount{0};
     std::atomic<int> threadsInUse{1};
     std::atomic<bool> oversubscribed{false};  // more search threads than processors
-    std::atomic<bool> searchDone{true};  // sends the workers back to sleep
+    std::atomic<bool> searchDone{true};       // sends the workers back to sleep
     // The position the search starts from, written only while every worker sleeps.
     Board root;
     uint32_t rootPly = 0;
@@ -44,7 +44,9 @@ struct SplitState {
 
 SplitState& smp = *new SplitState;
 
-void addMs(std::atomic<uint32_t>& counter, uint32_t ms) { counter.fetch_add(ms, std::memory_order_relaxed); }
+void addMs(std::atomic<uint32_t>& counter, uint32_t ms) {
+    counter.fetch_add(ms, std::memory_order_relaxed);
+}
 
 // Whether `target` is `from` or lies on its parent chain. Chains are at most eight split points per
 // thread deep; the bound only guards against a chain that is being rebuilt.
@@ -102,7 +104,8 @@ void searchSplitPoint(SearchThread& thread, SplitPoint& sp) {
         }
         int v;
         Move made;
-        if (searchMove(thread, node, nodeType, alpha, false, move, stage, v, made, &sp.alpha) != MoveOutcome::SEARCHED ||
+        if (searchMove(thread, node, nodeType, alpha, false, move, stage, v, made, &sp.alpha) !=
+                MoveOutcome::SEARCHED ||
             thread.stop.load(std::memory_order_relaxed))
             continue;
 
@@ -199,7 +202,8 @@ void waitForHelpers(SearchThread& thread, SplitPoint& sp) {
 int listRemainingMoves(SplitPoint& sp, Picker& picker, Move* cursor, Move skip, Move threat) {
     int count = 0;
     for (Move* batch = cursor; batch; batch = picker.next()) {
-        if (batch != cursor && picker.stage == PICK_QUIET && threat != NO_MOVE) picker.orderThreatEvasions(threat);
+        if (batch != cursor && picker.stage == PICK_QUIET && threat != NO_MOVE)
+            picker.orderThreatEvasions(threat);
         for (Move* move = batch; move < picker.end && count < SPLIT_MOVES; ++move) {
             if (*move == NO_MOVE || *move == skip) continue;
             sp.moves[count] = *move;
@@ -294,9 +298,13 @@ void setThreads(int count) {
     log.info("started %i new worker threads\n", started);
 }
 
-int threadCount() { return smp.threadsInUse.load(); }
+int threadCount() {
+    return smp.threadsInUse.load();
+}
 
-int minimumSplitDepth() { return smp.threadsInUse.load() < 2 ? NO_SPLIT_DEPTH : 1; }
+int minimumSplitDepth() {
+    return smp.threadsInUse.load() < 2 ? NO_SPLIT_DEPTH : 1;
+}
 
 void waitForWorkers() {
     for (int i = 1; i < MAX_THREADS; ++i) smp.slots[i].idle.wait();
@@ -369,8 +377,8 @@ int trySplit(SearchThread& thread, SplitPoint& sp) {
     return 1;
 }
 
-bool splitNode(SearchThread& thread, const NodeState& node, int nodeType, Picker& picker, Move* cursor, Move skip,
-               Move threat, SplitOutcome& outcome) {
+bool splitNode(SearchThread& thread, const NodeState& node, int nodeType, Picker& picker, Move* cursor,
+               Move skip, Move threat, SplitOutcome& outcome) {
     if (smp.idleCount.load(std::memory_order_relaxed) == 0) return false;
     SplitPoint& sp = smp.splitPoints[thread.slot * MAX_SPLITS_PER_THREAD + thread.activeSplits];
     // Each depth of the thread's splits has its own record, so none is in use here; a split that found

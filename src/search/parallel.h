@@ -45,8 +45,8 @@ struct SplitOutcome {
 // no thread joined. True once every move is searched or one failed high: outcome holds the node's
 // result, and the thread's line at the node is updated when alpha rose. The result means nothing
 // when the thread's stop flag is set afterwards.
-bool splitNode(SearchThread& thread, const NodeState& node, int nodeType, Picker& picker, Move* cursor, Move skip,
-               Move threat, SplitOutcome& outcome);
+bool splitNode(SearchThread& thread, const NodeState& node, int nodeType, Picker& picker, Move* cursor,
+               Move skip, Move threat, SplitOutcome& outcome);
 
 // The "smp", "master" and "slave" lines of the statistics block.
 std::string splitStatistics();

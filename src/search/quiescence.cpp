@@ -129,12 +129,14 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
         } else {
             best = MATE - 1000;
         }
-        const bool piecesBothSides = pieceCount(board.material[WHITE]) > 0 && pieceCount(board.material[BLACK]) > 0;
+        const bool piecesBothSides =
+            pieceCount(board.material[WHITE]) > 0 && pieceCount(board.material[BLACK]) > 0;
         delta = nullWindow && piecesBothSides ? alpha - e - DELTA_MARGIN : 0;
         childQdepth = qdepth / 4;
         withChecks = qdepth > 0;
     }
-    Picker picker = inCheck ? Picker::evasions(board) : Picker::quiescence(board, hashMove, delta, withChecks);
+    Picker picker =
+        inCheck ? Picker::evasions(board) : Picker::quiescence(board, hashMove, delta, withChecks);
     // Below the first level, a forced reply keeps the checking sequence alive; a wide choice of
     // replies ends it.
     if (inCheck && qdepth < 4) {
@@ -151,8 +153,7 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
             if (move == NO_MOVE) continue;
             // The next move's table entry loads while this one is searched; the picker asked for the
             // captures' entries already.
-            if (picker.stage != PICK_QUIESCENCE_CAPTURES && cursor + 1 < picker.end &&
-                cursor[1] != NO_MOVE)
+            if (picker.stage != PICK_QUIESCENCE_CAPTURES && cursor + 1 < picker.end && cursor[1] != NO_MOVE)
                 tt.prefetchAfter(board, cursor[1]);
             if (exposesKing(board, kingSquare, moveFrom(move), moveTo(move))) continue;
             thread.eval.pawnHash.prefetchAfter(board, move);
@@ -184,6 +185,7 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
 
     // Mate when in check without an evasion; else the best score, exact when it rose above alpha.
     if (inCheck && searched == 0) return ply - MATE;
-    storeEntry(thread, ply, plainMove(thread.pv[ply][0]), best, depth, best > alphaOnEntry ? TT_EXACT : TT_UPPER);
+    storeEntry(thread, ply, plainMove(thread.pv[ply][0]), best, depth,
+               best > alphaOnEntry ? TT_EXACT : TT_UPPER);
     return best;
 }
