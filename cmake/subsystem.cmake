@@ -23,7 +23,7 @@ function(kelvra_tests name folder)
     return()
   endif()
   add_executable(${name}_tests ${sources})
-  target_link_libraries(${name}_tests PRIVATE kelvra_${name} GTest::gtest_main)
+  target_link_libraries(${name}_tests PRIVATE kelvra_${name} kelvra_test_engine GTest::gtest_main)
   target_include_directories(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   target_compile_definitions(${name}_tests PRIVATE
     KELVRA_TEST_DATA_DIR="${CMAKE_SOURCE_DIR}/tests/data"

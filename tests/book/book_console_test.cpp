@@ -1,9 +1,9 @@
 // The book commands at the engine's console, through the real binary.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <random>
 
+#include "engine_process.h"
 #include "environment.h"
 #include "scratch.h"
 
@@ -11,15 +11,11 @@ namespace {
 
 // Runs the engine in dir with the ini file given (if any) and the console lines as input; its output.
 std::string runEngine(const ScratchDir& dir, const std::string& lines, const std::string& ini = "") {
-    writeText(dir.file("input.txt"), lines);
-    std::string command = "cd '" + dir.path() + "' && '" KELVRA_BINARY "'";
-    if (!ini.empty()) {
-        writeText(dir.file("engine.ini"), ini);
-        command += " engine.ini";
-    }
-    command += " < input.txt > output.txt 2>&1";
-    EXPECT_EQ(std::system(command.c_str()), 0) << readText(dir.file("output.txt"));
-    return readText(dir.file("output.txt"));
+    std::vector<std::string> args;
+    if (!ini.empty()) args.push_back(writeFile(dir.path(), "engine.ini", ini));
+    const EngineRun run = ::runEngine(args, lines, dir.path());
+    EXPECT_EQ(run.exitCode, 0) << run.output;
+    return run.output;
 }
 
 TEST(BookConsole, UsageAndNoBook) {

@@ -1,38 +1,12 @@
-// Temporary files for the book tests and small helpers to write and read them.
+// Book files for the book tests: Polyglot entries written, the engine's own records read back.
 #pragma once
 
 #include <cstdint>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
 #include "book/record.h"
-
-class ScratchDir {
-  public:
-    ScratchDir() {
-        char pattern[] = "/tmp/kelvra-book-XXXXXX";
-        root = mkdtemp(pattern);
-    }
-    ~ScratchDir() { std::filesystem::remove_all(root); }
-    std::string file(const std::string& name) const { return root + "/" + name; }
-    const std::string& path() const { return root; }
-
-  private:
-    std::string root;
-};
-
-inline void writeText(const std::string& path, const std::string& text) {
-    std::ofstream(path, std::ios::binary) << text;
-}
-
-inline std::string readText(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
+#include "scratch_dir.h"
 
 // One entry of a Polyglot book: its move in coordinates ("e1h1" castles, "b7a8q" promotes).
 struct PolyglotLine {

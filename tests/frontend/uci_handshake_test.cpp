@@ -51,9 +51,9 @@ TEST(UciHandshake, EachUciOpensTheNextFreeLogFile) {
     ASSERT_TRUE(engine.waitFor("readyok\n"));
     engine.send("uci\nquit\n");
     EXPECT_EQ(engine.wait(), 0);
-    EXPECT_EQ(readFile(directory + "/logs/kelvra-0002.log"), "kept\n");
-    std::string first = readFile(directory + "/logs/kelvra-0003.log");
-    std::string second = readFile(directory + "/logs/kelvra-0004.log");
+    EXPECT_EQ(readText(directory + "/logs/kelvra-0002.log"), "kept\n");
+    std::string first = readText(directory + "/logs/kelvra-0003.log");
+    std::string second = readText(directory + "/logs/kelvra-0004.log");
     EXPECT_NE(first.find("readyok"), std::string::npos) << first;
     // The old file hears where the log goes next.
     EXPECT_NE(first.find("redirecting output to " + directory + ", file=logs/kelvra-0004.log\n"),
@@ -68,7 +68,7 @@ TEST(UciHandshake, AnAbsoluteLogDirectoryIsCreated) {
     writeFile(directory, "test.ini", "search.nthreads=1\nuci.logdir=" + logs + "\n");
     EngineRun run = runEngine({"test.ini"}, "uci\nquit\n", directory);
     EXPECT_EQ(run.exitCode, 0);
-    std::string log = readFile(logs + "/kelvra-0000.log");
+    std::string log = readText(logs + "/kelvra-0000.log");
     EXPECT_NE(log.find("<--uciok"), std::string::npos) << run.output;
 }
 

@@ -50,27 +50,6 @@ TEST(UciPosition, StartposFenAndMoveLists) {
     EXPECT_NE(log.find("SKIP continuation move: .e7e5\n"), std::string::npos) << log;
 }
 
-TEST(UciPosition, TwoPositionLinesInARowAreLoggedOnce) {
-    UciSession session("uci_two_positions");
-    std::string out = session.settle("position startpos\nposition startpos moves d2d4\n");
-    EXPECT_EQ(out, "readyok\n");
-    EXPECT_EQ(countOf(session.logText(), "uci: 2x position?\n"), 1u);
-    EXPECT_NE(movesAfter(session, "").find("d7d5"), std::string::npos);
-}
-
-TEST(UciPosition, ThreeHundredMoveGame) {
-    UciSession session("uci_long_game");
-    std::string line = "position startpos moves";
-    for (int cycle = 0; cycle < 74; cycle++) line += " g1f3 g8f6 f3g1 f6g8";
-    line += " e2e4 e7e5 g1f3 b8c6\n";
-    std::string out = movesAfter(session, line);
-    EXPECT_NE(out.find("#moves = 27\n"), std::string::npos) << out;
-    EXPECT_NE(out.find("Bf1b5"), std::string::npos) << out;
-    EXPECT_EQ(session.logText().find("WARNING"), std::string::npos);
-    out = session.exchange("go depth 2\n", "bestmove ");
-    EXPECT_NE(out.find("info depth 2"), std::string::npos) << out;
-}
-
 // A GUI may send games of thousands of plies, far more than the board's history holds: the whole game is
 // set up, with its fifty-move and ply counts, and the answer is legal in it. An odd length leaves Black
 // to move, so an answer for a game cut short at an even ply is caught too.

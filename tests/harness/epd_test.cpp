@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "board/notation.h"
 
@@ -50,33 +51,23 @@ TEST(EpdLine, ReadsFieldsCountersAndOperations) {
     EXPECT_EQ(parsed("8/8/8/8/8/8/k7/K7\tb - -\r").fen, "8/8/8/8/8/8/k7/K7 b - -");
 }
 
-TEST(EpdLine, BlankAndCommentLinesAreSkipped) {
-    EpdRecord record;
-    std::string error;
-    for (const char* line : {"", "   ", "\t\r", "# a comment", "  # indented"})
-        EXPECT_EQ(parseEpdLine(line, record, error), EpdLine::SKIP) << '"' << line << '"';
-}
-
 TEST(EpdLine, DamagedLinesAreRefusedWithAReason) {
-    EXPECT_EQ(badReason("4k3/8/8/8 w"), "fewer than four position fields");
-    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/4K3 w -"), "fewer than four position fields");
-    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/8/4K3 w - - bm Kd1;"),
-              "the position does not have 8 ranks of 8 squares");
-    EXPECT_EQ(badReason("4k3/8/8/8/8/8/4K3 w - - bm Kd1;"),
-              "the position does not have 8 ranks of 8 squares");
-    EXPECT_EQ(badReason("4k3/9/8/8/8/8/8/4K3 w - - bm Kd1;"), "bad character in the position: 9");
-    EXPECT_EQ(badReason("4k4/8/8/8/8/8/8/4K3 w - - bm Kd1;"),
-              "the position does not have 8 ranks of 8 squares");
-    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/4K2 w - - bm Kd1;"),
-              "the position does not have 8 ranks of 8 squares");
-    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/3KK3 w - - bm Kd1;"), "the position needs one king of each colour");
-    EXPECT_EQ(badReason("8/8/8/8/8/8/8/4K3 w - - bm Kd1;"), "the position needs one king of each colour");
-    EXPECT_EQ(badReason("4k2P/8/8/8/8/8/8/4K3 w - - bm Kd1;"), "pawn on the first or last rank");
-    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/p3K3 w - - bm Kd1;"), "pawn on the first or last rank");
-    EXPECT_EQ(badReason("4k3/NNNNNNNN/NNN5/8/8/8/8/4K3 w - - bm Kd1;"), "too many pieces");
-    EXPECT_EQ(badReason("4k3/pppppppp/p7/8/8/8/8/4K3 w - - bm Kd1;"), "too many pieces");
-    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/4K3 w - - bm Kd1; id \"open"), "string without its closing quote");
-    EXPECT_EQ(badReason("4k3/8/8/8/8/8/8/4K3 w - - bm Kd1; 7x y;"), "bad opcode: 7x");
+    const std::pair<const char*, const char*> cases[] = {
+        {"4k3/8/8/8/8/8/8/4K3 w -", "fewer than four position fields"},
+        {"4k3/8/8/8/8/8/8/8/4K3 w - - bm Kd1;", "the position does not have 8 ranks of 8 squares"},
+        {"4k4/8/8/8/8/8/8/4K3 w - - bm Kd1;", "the position does not have 8 ranks of 8 squares"},
+        {"4k3/8/8/8/8/8/8/4K2 w - - bm Kd1;", "the position does not have 8 ranks of 8 squares"},
+        {"4k3/9/8/8/8/8/8/4K3 w - - bm Kd1;", "bad character in the position: 9"},
+        {"4k3/8/8/8/8/8/8/3KK3 w - - bm Kd1;", "the position needs one king of each colour"},
+        {"8/8/8/8/8/8/8/4K3 w - - bm Kd1;", "the position needs one king of each colour"},
+        {"4k2P/8/8/8/8/8/8/4K3 w - - bm Kd1;", "pawn on the first or last rank"},
+        {"4k3/8/8/8/8/8/8/p3K3 w - - bm Kd1;", "pawn on the first or last rank"},
+        {"4k3/NNNNNNNN/NNN5/8/8/8/8/4K3 w - - bm Kd1;", "too many pieces"},
+        {"4k3/pppppppp/p7/8/8/8/8/4K3 w - - bm Kd1;", "too many pieces"},
+        {"4k3/8/8/8/8/8/8/4K3 w - - bm Kd1; id \"open", "string without its closing quote"},
+        {"4k3/8/8/8/8/8/8/4K3 w - - bm Kd1; 7x y;", "bad opcode: 7x"},
+    };
+    for (const auto& [line, reason] : cases) EXPECT_EQ(badReason(line), reason) << line;
     badReason(std::string(5000, '/').c_str());
     badReason("\xff\xfe garbage \x01 w - -");
 }
@@ -108,43 +99,32 @@ TEST(EpdSetUp, SanCoordinateAndCastlingMovesAreRead) {
 }
 
 TEST(EpdSetUp, UnusablePositionsAndMovesAreReported) {
-    Prepared s = setUp("4k3/8/8/8/8/8/8/4K3 w - - bm Kd9;");
-    EXPECT_FALSE(s.ok);
-    EXPECT_EQ(s.error, "not a legal move in bm: Kd9");
-    s = setUp("4k3/8/8/8/8/8/8/4K3 w - - bm Kd1; am Ke3;");
-    EXPECT_EQ(s.error, "not a legal move in am: Ke3");
-    // Legal looking text, but not legal here: the king would walk into check.
-    s = setUp("4k3/8/8/8/8/8/3r4/4K3 w - - bm Kxd2;");
-    EXPECT_TRUE(s.ok) << s.error;
-    s = setUp("4k3/8/8/8/8/8/3r4/4K3 w - - bm Ke2;");
-    EXPECT_EQ(s.error, "not a legal move in bm: Ke2");
-    s = setUp("4k3/8/8/8/8/8/8/4K3 x - - bm Kd1;");
-    EXPECT_EQ(s.error, "bad position: 4k3/8/8/8/8/8/8/4K3 x - -");
-    // White to move while Black's king is attacked: the search would capture a king.
-    s = setUp("4k3/8/8/8/8/8/8/R3K2R w - - bm Ra8;");
-    EXPECT_TRUE(s.ok);
-    s = setUp("4k3/8/8/8/8/8/8/4R1K1 w - - bm Kg2;");
-    EXPECT_EQ(s.error, "bad position: 4k3/8/8/8/8/8/8/4R1K1 w - -");
+    const std::pair<const char*, const char*> cases[] = {
+        {"4k3/8/8/8/8/8/8/4K3 w - - bm Kd9;", "not a legal move in bm: Kd9"},
+        {"4k3/8/8/8/8/8/8/4K3 w - - bm Kd1; am Ke3;", "not a legal move in am: Ke3"},
+        // Legal looking text, but not legal here: the king would walk into check.
+        {"4k3/8/8/8/8/8/3r4/4K3 w - - bm Kxd2;", ""},
+        {"4k3/8/8/8/8/8/3r4/4K3 w - - bm Ke2;", "not a legal move in bm: Ke2"},
+        {"4k3/8/8/8/8/8/8/4K3 x - - bm Kd1;", "bad position: 4k3/8/8/8/8/8/8/4K3 x - -"},
+        // White to move while Black's king is attacked: the search would capture a king.
+        {"4k3/8/8/8/8/8/8/R3K2R w - - bm Ra8;", ""},
+        {"4k3/8/8/8/8/8/8/4R1K1 w - - bm Kg2;", "bad position: 4k3/8/8/8/8/8/8/4R1K1 w - -"},
+    };
+    for (const auto& [line, error] : cases) {
+        const Prepared s = setUp(line);
+        EXPECT_EQ(s.ok, !*error) << line;
+        EXPECT_EQ(s.error, error) << line;
+    }
 }
 
-TEST(EpdSetUp, SolutionsAreBestMovesThatAreNotAvoided) {
-    Prepared s = setUp("4k3/8/8/8/8/8/4P3/4K3 w - - bm e4 e3; am Kd1;");
-    ASSERT_TRUE(s.ok) << s.error;
-    Board& board = *s.board;
-    EXPECT_TRUE(isSolution(s.moves, isMove(board, "e2e4")));
-    EXPECT_TRUE(isSolution(s.moves, isMove(board, "e3")));
-    EXPECT_FALSE(isSolution(s.moves, isMove(board, "Kf1")));
-    EXPECT_FALSE(isSolution(s.moves, NO_MOVE));
-    // Only moves to avoid: anything else solves.
-    s = setUp("4k3/8/8/8/8/8/4P3/4K3 w - - am Kd1;");
-    ASSERT_TRUE(s.ok) << s.error;
-    EXPECT_FALSE(isSolution(s.moves, isMove(*s.board, "Kd1")));
-    EXPECT_TRUE(isSolution(s.moves, isMove(*s.board, "Kf1")));
-    // The check mark and the reduced mark of a searched move do not matter.
-    s = setUp("4k3/8/8/8/8/8/8/R3K3 w - - bm Ra8+;");
+// Whole runs check best moves and moves to avoid; here the check and reduction marks a searched move
+// carries must not matter.
+TEST(EpdSetUp, SolutionsIgnoreTheMarksOfASearchedMove) {
+    const Prepared s = setUp("4k3/8/8/8/8/8/8/R3K3 w - - bm Ra8+;");
     ASSERT_TRUE(s.ok) << s.error;
     const Move check = isMove(*s.board, "Ra1a8");
     EXPECT_TRUE(isSolution(s.moves, (check & ~MOVE_CHECKS) | MOVE_REDUCED));
+    EXPECT_FALSE(isSolution(s.moves, NO_MOVE));
 }
 
 }  // namespace

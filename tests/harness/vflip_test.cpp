@@ -4,11 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "environment.h"
+#include "scratch_dir.h"
 
 namespace {
 
@@ -41,9 +40,11 @@ TEST(Vflip, EveryPublishedSuiteEvaluatesItsTwinsAlike) {
 }
 
 TEST(Vflip, DamagedLinesAreCountedAndReported) {
-    const std::string path = (std::filesystem::temp_directory_path() / "kelvra_vflip.epd").string();
-    std::ofstream(path) << "4k3/8/8/8/8/8/4P3/4K3 w - -\n\nbroken line\n4k3/8/8/8/8/8/8/4R1K1 w - -\n"
-                           "r1bqkbnr/pppp1ppp/2n5/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R w KQkq - 2 3 bm Bb5;\n";
+    const ScratchDir directory("vflip");
+    const std::string path =
+        writeFile(directory.path(), "twins.epd",
+                  "4k3/8/8/8/8/8/4P3/4K3 w - -\n\nbroken line\n4k3/8/8/8/8/8/8/4R1K1 w - -\n"
+                  "r1bqkbnr/pppp1ppp/2n5/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R w KQkq - 2 3 bm Bb5;\n");
     VflipCount count;
     FILE* out = std::tmpfile();
     ASSERT_TRUE(vflipFile(path, count, out));
@@ -59,7 +60,6 @@ TEST(Vflip, DamagedLinesAreCountedAndReported) {
     EXPECT_NE(printed.find("vflip: 2 positions, 0 not equal, 2 lines in error\n"), std::string::npos)
         << printed;
     EXPECT_FALSE(vflipFile("/no/such/file.epd", count, stdout));
-    std::remove(path.c_str());
 }
 
 }  // namespace

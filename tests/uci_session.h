@@ -7,18 +7,9 @@
 
 #include <cctype>
 #include <cstring>
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include "engine_process.h"
-
-inline std::string readFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::stringstream content;
-    content << file.rdbuf();
-    return content.str();
-}
 
 // Whether text contains pattern, where '#' stands for a number (digits, perhaps after a '-'), '@' for
 // a move in protocol form (e2e4, e7e8q) and '*' for any run of characters within a line. (std::regex
@@ -65,7 +56,7 @@ class UciSession {
 
     ~UciSession() {
         // A sanitizer report lands in the error log once "uci" has redirected the error stream.
-        std::string errors = readFile(directory + "/kelvra-0.3a-error.log");
+        std::string errors = readText(directory + "/kelvra-0.3a-error.log");
         if (errors.find("Sanitizer") != std::string::npos || (testing::Test::HasFailure() && !errors.empty()))
             ADD_FAILURE() << "error log:\n" << errors;
     }
@@ -87,7 +78,7 @@ class UciSession {
     std::string settle(const std::string& lines) { return exchange(lines + "isready\n", "readyok\n"); }
 
     std::string logText(const std::string& name = "kelvra-0000.log") const {
-        return readFile(directory + "/logs/" + name);
+        return readText(directory + "/logs/" + name);
     }
 
     std::string directory;

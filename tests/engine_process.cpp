@@ -11,8 +11,6 @@
 #include <chrono>
 #include <cstdio>
 #include <vector>
-#include <cstdlib>
-#include <filesystem>
 
 namespace {
 
@@ -137,37 +135,4 @@ EngineRun runEngine(const std::vector<std::string>& args, const std::string& inp
     engine.send(input);
     int code = engine.wait();
     return {engine.output(), code};
-}
-
-namespace {
-
-// Scratch directories live as long as the test process: each test runs in a process of its own.
-struct ScratchDirectories {
-    std::vector<std::string> paths;
-    ~ScratchDirectories() {
-        std::error_code ignored;
-        for (const std::string& path : paths) std::filesystem::remove_all(path, ignored);
-    }
-};
-
-}  // namespace
-
-std::string scratchDirectory(const std::string& name) {
-    static ScratchDirectories created;
-    std::string path = testing::TempDir() + "kelvra_" + std::to_string(getpid()) + "_" + name;
-    std::filesystem::remove_all(path);
-    std::filesystem::create_directories(path);
-    created.paths.push_back(path);
-    return path;
-}
-
-std::string writeFile(const std::string& directory, const std::string& name, const std::string& content) {
-    std::string path = directory + "/" + name;
-    FILE* file = fopen(path.c_str(), "wb");
-    EXPECT_NE(file, nullptr) << path;
-    if (file) {
-        fwrite(content.data(), 1, content.size(), file);
-        fclose(file);
-    }
-    return path;
 }

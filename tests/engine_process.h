@@ -16,6 +16,8 @@
 #include <string>
 #include <vector>
 
+#include "scratch_dir.h"
+
 class EngineProcess {
   public:
     // Starts KELVRA_BINARY with args in directory (the current one when empty).
@@ -57,12 +59,6 @@ struct EngineRun {
 
 EngineRun runEngine(const std::vector<std::string>& args, const std::string& input,
                     const std::string& directory = "");
-
-// A fresh, empty directory for one test (under the test temp directory).
-std::string scratchDirectory(const std::string& name);
-
-// Writes content to directory/name and returns the full path.
-std::string writeFile(const std::string& directory, const std::string& name, const std::string& content);
 
 // How often what occurs in text, without overlaps.
 inline size_t countOf(const std::string& text, const std::string& what) {
