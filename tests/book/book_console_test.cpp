@@ -22,15 +22,6 @@ std::string runEngine(const ScratchDir& dir, const std::string& lines, const std
     return readText(dir.file("output.txt"));
 }
 
-TEST(BookConsole, UsageAndNoBook) {
-    ScratchDir dir;
-    const std::string out = runEngine(dir, "book\nbuildbook\nmergebook a.bbk b.bbk\nq\n");
-    EXPECT_TRUE(contains(out,
-                         "% book not open!\n% Usage:\n    buildbook <pgnfile> [inifile [maxgames]]]\n"
-                         "% Usage:\n    mergebook <masterbook> <secondarybook> <resultbook>\n"))
-        << out;
-}
-
 TEST(BookConsole, BuildShowMergeAndOpenAtStartUp) {
     ScratchDir dir;
     writeText(dir.file("build.ini"), "book.build.file=games.bbk\nbook.build.maxply=8\n");

@@ -50,8 +50,6 @@ TEST(Merge, WithAnEmptyBookCopiesAndWithItselfDoublesEveryRecord) {
 
     merged(first, dir.file("empty.bbk"), dir.file("copy.bbk"));
     EXPECT_EQ(readText(dir.file("copy.bbk")), readText(first));
-    merged(dir.file("empty.bbk"), first, dir.file("copy2.bbk"));
-    EXPECT_EQ(readText(dir.file("copy2.bbk")), readText(first));
 
     const std::string text = merged(first, first, dir.file("double.bbk"));
     EXPECT_NE(text.find("contains 6 positions with 8 moves"), std::string::npos) << text;
