@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <random>
 
 #include "environment.h"
 #include "scratch.h"
@@ -43,23 +42,6 @@ TEST(BookConsole, BuildShowMergeAndOpenAtStartUp) {
     out = runEngine(dir, "book\nq\n", "book.file=double.bbk\n");
     EXPECT_TRUE(contains(out, "book found: double.bbk, ")) << out;
     EXPECT_TRUE(contains(out, " 25.0%  e2e4          2 ")) << out;
-}
-
-TEST(BookConsole, DamagedBookFilesAreShownWithoutHarm) {
-    ScratchDir dir;
-    std::mt19937 random(99);
-    std::string bytes(16 * 1000 + 9, '\0');
-    for (char& c : bytes) c = static_cast<char>(random());
-    // The start position's key sorts somewhere among random keys; these records claim it.
-    writeText(dir.file("junk.bbk"), bytes);
-    const std::string out =
-        runEngine(dir, "book\nbook\nmergebook junk.bbk junk.bbk out.bbk\nbook\nq\n", "book.file=junk.bbk\n");
-    EXPECT_TRUE(contains(out, "book found: junk.bbk, 1000 positions\n")) << out;
-    EXPECT_TRUE(contains(out, "out.bbk contains")) << out;
-
-    const std::string missing = runEngine(dir, "book\nq\n", "book.file=absent.bbk\n");
-    EXPECT_TRUE(contains(missing, "could not read book file: absent.bbk\n")) << missing;
-    EXPECT_TRUE(contains(missing, "book not open!\n")) << missing;
 }
 
 TEST(BookConsole, ImportsAPolyglotBookAndPlaysFromIt) {

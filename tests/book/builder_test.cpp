@@ -9,7 +9,6 @@
 #include <cstring>
 #include <map>
 #include <memory>
-#include <random>
 
 #include "board/makemove.h"
 #include "board/notation.h"
@@ -188,7 +187,7 @@ TEST(BookBuilder, FiltersByResultRatingGamesAndScore) {
     EXPECT_EQ(recordsOf(book.records, keyAfter({"e4"})).size(), 1u);
 }
 
-TEST(BookBuilder, BrokenGamesAreNamedAndSkippedAndGarbageEndsCleanly) {
+TEST(BookBuilder, BrokenGamesAreNamedAndSkipped) {
     ScratchDir dir;
     Built book = buildText(dir,
                            "1. e4 e5 2. Ke3 Nc6 1-0\n"
@@ -216,12 +215,6 @@ TEST(BookBuilder, BrokenGamesAreNamedAndSkippedAndGarbageEndsCleanly) {
     book = buildText(dir, "1. e4 *\n");
     EXPECT_FALSE(book.ok);
     EXPECT_TRUE(contains(book.output, "no book moves found in")) << book.output;
-
-    std::mt19937 random(3);
-    std::string bytes(300000, '\0');
-    for (char& c : bytes)
-        c = static_cast<char>(random() % 3 ? "e4Nf3 1-0[]{}()\"\n"[random() % 17] : random());
-    EXPECT_TRUE(contains(buildText(dir, bytes).output, "games read:"));
 }
 
 }  // namespace

@@ -81,27 +81,12 @@ TEST(Merge, RefusesMissingPathsSelfOutputAndUnreadableInputs) {
     EXPECT_EQ(merged(a, b, dir.path() + "/./a.bbk", false), "cannot merge book to self\n");
     EXPECT_EQ(readText(b), before);
     EXPECT_EQ(readBookFile(a).size(), 2u);
-    EXPECT_EQ(merged(a, b, "", false), "");
-    CaptureStdout();
-    EXPECT_FALSE(merge(a.c_str(), nullptr, dir.file("x.bbk").c_str()));
-    EXPECT_EQ(GetCapturedStdout(), "");
 
     const std::string absent = dir.file("absent.bbk");
     EXPECT_EQ(merged(absent, b, dir.file("o.bbk"), false), "could not open file: " + absent + "\n");
     EXPECT_EQ(merged(a, absent, dir.file("o.bbk"), false), "could not open file: " + absent + "\n");
     const std::string unwritable = dir.file("no/such/dir.bbk");
     EXPECT_EQ(merged(a, b, unwritable, false), "could not open file: " + unwritable + "\n");
-}
-
-TEST(Merge, DamagedInputsAreCopiedRecordForRecord) {
-    ScratchDir dir;
-    // 5 whole records of unsorted bytes and a partial one.
-    std::string junk;
-    for (int i = 0; i < 5 * 16 + 7; i++) junk += static_cast<char>((i * 73 + 11) % 256);
-    writeText(dir.file("junk.bbk"), junk);
-    const std::string a = makeBook(dir, "a.bbk", {entry(1, 1)});
-    merged(dir.file("junk.bbk"), a, dir.file("out.bbk"));
-    EXPECT_EQ(readText(dir.file("out.bbk")).size(), 6u * 16);
 }
 
 }  // namespace

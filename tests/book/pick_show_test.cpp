@@ -1,5 +1,4 @@
-// Choosing and showing book moves: the share of each move, the table's 16-bit totals, and the book
-// step a search request takes.
+// Choosing and showing book moves: the share of each move and the table's 16-bit totals.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -15,7 +14,7 @@ namespace {
 using testing::internal::CaptureStdout;
 using testing::internal::GetCapturedStdout;
 
-constexpr uint8_t E2 = 0x14, E4 = 0x34, D2 = 0x13, D4 = 0x33, G1 = 0x06, F3 = 0x25;
+constexpr uint8_t E2 = 0x14, E4 = 0x34, D2 = 0x13, D4 = 0x33;
 
 class BookMoves : public testing::Test {
   protected:
@@ -73,20 +72,6 @@ TEST_F(BookMoves, PickChoosesMovesInProportionToTheirGames) {
 
     board->sideToMove = BLACK;
     EXPECT_EQ(book.pick(*board), NO_MOVE);
-}
-
-TEST_F(BookMoves, TheBookStepShowsAndNamesThePickedMove) {
-    CaptureStdout();
-    book.close();
-    EXPECT_EQ(consoleBookMove(*board), NO_MOVE);
-    EXPECT_EQ(GetCapturedStdout(), "");
-
-    openBook(book, {{0, G1, F3, 1, 1, 1}});
-    CaptureStdout();
-    EXPECT_EQ(consoleBookMove(*board), isMove(*board, "Nf3"));
-    EXPECT_EQ(GetCapturedStdout(),
-              HEADER + "100.0%  Ng1f3         3   50.000   33.333\npicked book move: Ng1f3\n");
-    book.close();
 }
 
 }  // namespace
