@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,11 @@ struct PerftCase {
     std::string fen;
     std::vector<uint64_t> counts;  // counts[d - 1] for depth d
 };
+
+// How a parameterised test names its case when it fails.
+inline void PrintTo(const PerftCase& c, std::ostream* out) {
+    *out << c.fen;
+}
 
 // perft.epd: a FEN, then ";D<depth> <count>" fields.
 inline std::vector<PerftCase> loadPerftCases() {
