@@ -42,21 +42,6 @@ TEST(Merge, InterleavesGroupsByKeyWithTheFirstBookFirstUnderACommonKey) {
     EXPECT_EQ(readBookFile(out), (std::vector<BookEntry>{a[0], b[0], a[1], a[2], b[1], b[2], a[3]}));
 }
 
-TEST(Merge, WithAnEmptyBookCopiesAndWithItselfDoublesEveryRecord) {
-    ScratchDir dir;
-    const std::vector<BookEntry> a = {entry(1, 1), entry(4, 2), entry(4, 3), entry(9, 4)};
-    const std::string first = makeBook(dir, "a.bbk", a);
-    writeText(dir.file("empty.bbk"), "");
-
-    merged(first, dir.file("empty.bbk"), dir.file("copy.bbk"));
-    EXPECT_EQ(readText(dir.file("copy.bbk")), readText(first));
-
-    const std::string text = merged(first, first, dir.file("double.bbk"));
-    EXPECT_NE(text.find("contains 6 positions with 8 moves"), std::string::npos) << text;
-    EXPECT_EQ(readBookFile(dir.file("double.bbk")),
-              (std::vector<BookEntry>{a[0], a[0], a[1], a[2], a[1], a[2], a[3], a[3]}));
-}
-
 TEST(Merge, ALongRunKeepsItsFirst31RecordsAndItsLast) {
     ScratchDir dir;
     std::vector<BookEntry> a = {entry(1, 0)};
