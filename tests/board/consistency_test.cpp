@@ -83,7 +83,7 @@ class TreeWalk : public testing::TestWithParam<PerftCase> {};
 
 TEST_P(TreeWalk, StateCheckBitsAndMoveSetsHoldOnEveryMove) {
     const PerftCase& c = GetParam();
-    Board board = boardFrom(c.fen.c_str());
+    Board board = *boardFrom(c.fen.c_str());
     Walk walk{sanitized() ? 2 : 3};
     walk.run(board, sanitized() ? 3 : 4, 0);
 }

@@ -56,7 +56,7 @@ TEST(SetFen, FatalFaultsPrintTheirLineAndFail) {
 }
 
 TEST(SetFen, TenKnightsFillTheirRange) {
-    Board board = boardFrom("4k3/8/8/8/8/NN6/NNNNNNNN/4K3 w");
+    Board board = *boardFrom("4k3/8/8/8/8/NN6/NNNNNNNN/4K3 w");
     EXPECT_EQ(knightCount(board.material[WHITE]), 10);
     EXPECT_EQ(board.at(0x17), WHITE_BASE + KNIGHT_SLOT + 9);
     EXPECT_EQ(board.pieceSquare[WHITE_BASE + KNIGHT_END], NO_SQUARE);
@@ -71,8 +71,8 @@ TEST(SetFen, CastlingRightsNeedKingAndRookAtHome) {
     EXPECT_EQ(fenOf(board), "r3k2r/8/8/8/8/8/8/R3K3 w Qkq - 0 0");
 
     // The key holds the rights: the same placement without rights has another key.
-    EXPECT_EQ(boardFrom("r3k2r/8/8/8/8/8/8/R3K3 w Qkq -").hash, board.hash);
-    EXPECT_NE(boardFrom("r3k2r/8/8/8/8/8/8/R3K3 w - -").hash, board.hash);
+    EXPECT_EQ(boardFrom("r3k2r/8/8/8/8/8/8/R3K3 w Qkq -")->hash, board.hash);
+    EXPECT_NE(boardFrom("r3k2r/8/8/8/8/8/8/R3K3 w - -")->hash, board.hash);
 }
 
 TEST(SetFen, EnPassantFieldSetsSquareKeyAndPseudoMove) {
@@ -80,7 +80,7 @@ TEST(SetFen, EnPassantFieldSetsSquareKeyAndPseudoMove) {
     EXPECT_EQ(logOf([&] { board.setFen("4k3/8/8/8/4P3/8/8/4K3 b - e3"); }), "fen: pseudo last move=e2e4\n");
     EXPECT_EQ(board.epSquare, 0x24u);
     EXPECT_EQ(board.lastMove, makeMoveWord(0x14, 0x34, 0, MOVE_DOUBLE_PUSH));
-    Board plain = boardFrom("4k3/8/8/8/4P3/8/8/4K3 b - -");
+    Board plain = *boardFrom("4k3/8/8/8/4P3/8/8/4K3 b - -");
     EXPECT_EQ(board.hash, plain.hash ^ epKey(0x24));
 
     // a1 and anything below it is no square; squares past the board are refused the same way.
@@ -93,29 +93,29 @@ TEST(SetFen, EnPassantFieldSetsSquareKeyAndPseudoMove) {
 TEST(SetFen, PseudoLastMoveExplainsTheCheck) {
     Board board;
     // Knight d6 and rook e1 both check the king on e8.
-    board = boardFrom("4k3/8/3N4/8/8/8/8/4R1K1 b");
+    board = *boardFrom("4k3/8/3N4/8/8/8/8/4R1K1 b");
     EXPECT_EQ(board.lastMove, makeMoveWord(0x14, 0x53, 0, MOVE_CHECKS));
     MoveList list;
     for (Move *move = list, *end = generateEvasions(board, list); move != end; ++move)
         EXPECT_EQ(moveFrom(*move), 0x74);  // only the king may move
     // One checker: the checker itself as from- and to-square.
-    board = boardFrom("4k3/8/8/8/8/8/8/4R1K1 b");
+    board = *boardFrom("4k3/8/8/8/8/8/8/4R1K1 b");
     EXPECT_EQ(board.lastMove, makeMoveWord(0x04, 0x04, 0, MOVE_CHECK));
     // The pawn that just moved gives the check.
-    board = boardFrom("8/8/8/4k3/3P4/8/8/4K3 b - d3");
+    board = *boardFrom("8/8/8/4k3/3P4/8/8/4K3 b - d3");
     EXPECT_EQ(board.lastMove, makeMoveWord(0x13, 0x33, 0, MOVE_DOUBLE_PUSH | MOVE_CHECK));
     // The pawn's move uncovered a bishop.
-    board = boardFrom("8/8/8/k7/3P4/8/8/4B1K1 b - d3");
+    board = *boardFrom("8/8/8/k7/3P4/8/8/4B1K1 b - d3");
     EXPECT_EQ(board.lastMove, makeMoveWord(0x13, 0x33, 0, MOVE_DOUBLE_PUSH | MOVE_DISCOVERED));
     // A checker the double push cannot explain is named alone.
-    board = boardFrom("8/8/8/8/k2P4/8/1N6/4K3 b - d3");
+    board = *boardFrom("8/8/8/8/k2P4/8/1N6/4K3 b - d3");
     EXPECT_EQ(board.lastMove, makeMoveWord(0x11, 0x11, 0, MOVE_CHECK));
-    board = boardFrom("4k3/8/8/8/8/8/8/4K3 w");
+    board = *boardFrom("4k3/8/8/8/8/8/8/4K3 w");
     EXPECT_EQ(board.lastMove, NO_MOVE);
 }
 
 TEST(BoardCheck, FindsEachKindOfCorruption) {
-    const Board good = boardFrom("r3k2r/8/8/8/8/8/8/R3K2R w KQkq -");
+    const Board good = *boardFrom("r3k2r/8/8/8/8/8/8/R3K2R w KQkq -");
     Board board = good;
     board.hash ^= 1;
     EXPECT_EQ(logOf([&] { EXPECT_FALSE(board.check("x")); }), ": hash not ok: x\n");
@@ -132,7 +132,7 @@ TEST(BoardCheck, FindsEachKindOfCorruption) {
 }
 
 TEST(BoardPrint, ScoreSheetBesideTheBoard) {
-    Board board = boardFrom("4k3/8/8/8/8/8/8/4K3 b - -");
+    Board board = *boardFrom("4k3/8/8/8/8/8/8/4K3 b - -");
     makeMove(board, makeMoveWord(0x74, 0x73));
     makeMove(board, makeMoveWord(0x04, 0x03));
     char* buffer = nullptr;

@@ -8,7 +8,7 @@
 namespace {
 
 int seeOf(const char* fen, const char* move) {
-    Board board = boardFrom(fen);
+    Board board = *boardFrom(fen);
     const Move word = isMove(board, move);
     EXPECT_NE(word, NO_MOVE) << move;
     const std::string before = fenOf(board);
@@ -38,7 +38,7 @@ TEST(See, Exchanges) {
 }
 
 TEST(See, AttackersComeMostValuableFirst) {
-    Board board = boardFrom("4k3/1B6/8/Q2p4/2P1PN2/8/8/3RK3 w - -");
+    Board board = *boardFrom("4k3/1B6/8/Q2p4/2P1PN2/8/8/3RK3 w - -");
     SeeAttacker list[MAX_SEE_ATTACKERS];
     const int count = collectAttackers(list, board, WHITE, 0x43);
     ASSERT_EQ(count, 6);

@@ -48,7 +48,7 @@ TEST(IsValidMove, AgreesWithTheGeneratorsOverThePerftTrees) {
     // The pool: every move generated near the roots, plus words of other shapes for the same squares.
     std::set<Move> pool;
     for (const PerftCase& c : cases) {
-        Board board = boardFrom(c.fen.c_str());
+        Board board = *boardFrom(c.fen.c_str());
         int counter = 0;
         walk(board, 2, 1, counter, [&](Board& b) {
             for (Move move : generated(b)) {
@@ -62,7 +62,7 @@ TEST(IsValidMove, AgreesWithTheGeneratorsOverThePerftTrees) {
 
     int accepted = 0;
     for (const PerftCase& c : cases) {
-        Board board = boardFrom(c.fen.c_str());
+        Board board = *boardFrom(c.fen.c_str());
         int counter = 0;
         walk(board, depth, stride, counter, [&](Board& b) {
             const std::vector<Move> moves = generated(b);
@@ -90,7 +90,7 @@ TEST(IsValidMove, AgreesWithTheGeneratorsOverThePerftTrees) {
 }
 
 TEST(IsValidMove, IgnoresMarksAndRefusesNonsense) {
-    Board board = boardFrom(START_FEN);
+    Board board = *boardFrom(START_FEN);
     const Move e4 = makeMoveWord(0x14, 0x34, 0, MOVE_DOUBLE_PUSH);
     EXPECT_TRUE(isValidMove(board, e4));
     EXPECT_TRUE(isValidMove(board, e4 | MOVE_REDUCED | MOVE_CHECK));
