@@ -108,7 +108,7 @@ Move* generateEvasions(Board& board, Move* list) {
     int checkers[2];
     const int count = findCheckers(board, checkers);
 
-    // Step 1. King steps, never further along the ray of a checking slider: the king itself hides
+    // King steps, never further along the ray of a checking slider: the king itself hides
     // that square from isAttacked.
     for (int step : KING_STEPS) {
         const int target = king + step;
@@ -121,7 +121,7 @@ Move* generateEvasions(Board& board, Move* list) {
     }
     if (count != 1) return list;
 
-    // Step 2. Capture the checker or step between it and the king, with unpinned pieces.
+    // Capture the checker or step between it and the king, with unpinned pieces.
     Pins pins;
     setAsidePinned(board, pins);
     const int checker = checkers[0];

@@ -74,7 +74,7 @@ int findAttackers(const Board& board, int colour, int target, int* found, int ma
     return count;
 }
 
-// Step 7: the pseudo last move that tells the generators about a check in the position as given.
+// The pseudo last move that tells the generators about a check in the position as given.
 // The double push of the en-passant field explains the check only when its pawn is the checker or
 // it uncovered the checker's line; otherwise the checker alone is named.
 bool explainCheck(Board& board) {
@@ -136,7 +136,7 @@ const char* skipNumberField(const char* p, const char* message) {
 }  // namespace
 
 bool Board::setFen(const char* text) {
-    // Step 1. Clear.
+    // Clear.
     for (auto& s : squares) s = OFF_BOARD;
     for (int rank = 0; rank < 8; ++rank)
         for (int file = 0; file < 8; ++file) at(makeSquare(file, rank)) = EMPTY;
@@ -154,7 +154,7 @@ bool Board::setFen(const char* text) {
     promotionCount = 0;
     material[WHITE] = material[BLACK] = 0;
 
-    // Step 2. Placement.
+    // Placement.
     const char* p = text;
     int row = 7;
     int file = 0;
@@ -194,7 +194,7 @@ bool Board::setFen(const char* text) {
         }
     }
 
-    // Step 3. Side to move.
+    // Side to move.
     p = skipBlanks(p);
     if (*p) {
         if (*p == 'b') {
@@ -206,7 +206,7 @@ bool Board::setFen(const char* text) {
         ++p;
     }
 
-    // Step 4. Castling rights, kept only where king and rook stand on their squares.
+    // Castling rights, kept only where king and rook stand on their squares.
     p = skipBlanks(p);
     const uint8_t whiteKing = WHITE_BASE + KING_SLOT;
     const uint8_t blackKing = BLACK_BASE + KING_SLOT;
@@ -243,7 +243,7 @@ bool Board::setFen(const char* text) {
     if (*p == '-') ++p;
     hash ^= castlingKey[castling];
 
-    // Step 5. En passant.
+    // En passant.
     p = skipBlanks(p);
     if (*p == '-') {
         ++p;
@@ -267,13 +267,13 @@ bool Board::setFen(const char* text) {
         }
     }
 
-    // Step 6. Fifty-move count and move number: read, but the record always starts counting at 0.
+    // Fifty-move count and move number: read, but the record always starts counting at 0.
     p = skipNumberField(p, "illegal char in fifty: %c\n");
     p = skipNumberField(p, "illegal char in move nr: %c\n");
     p = skipBlanks(p);
     if (*p) Log().info("fenfields: %s\n", p);
 
-    // Step 7. Both kings must be there and the side not to move must not be in check: the generators
+    // Both kings must be there and the side not to move must not be in check: the generators
     // and makeMove rely on it, and a king that could be taken would leave its list.
     if (kingSquare(WHITE) == NO_SQUARE || kingSquare(BLACK) == NO_SQUARE) {
         printf("Illegal FEN: a king is missing\n");

@@ -1,6 +1,8 @@
 // Playing moves on the board, and putting special moves back.
 #include "board/makemove.h"
 
+#include <cassert>
+
 #include "board/movegen.h"
 #include "board/movegen_helpers.h"
 
@@ -17,7 +19,7 @@ bool sliderBehind(const Board& board, int king, int square, uint8_t colourBitOfS
     return (pieceCode[board.at(s)] & (WHITE_BIT | BLACK_BIT | bit)) == (colourBitOfSlider | bit);
 }
 
-// Step 4: the check bits of the move just made, for the side now to move.
+// The check bits of the move just made, for the side now to move.
 Move checkBits(const Board& board, Move move, int from, int to) {
     const int king = board.kingSquare(static_cast<int>(board.sideToMove));
     const uint8_t mover = colourBit(static_cast<int>(board.sideToMove ^ 1));
@@ -72,7 +74,7 @@ Move makeEnPassant(Board& board, Move move, int from, int to) {
     const uint8_t pawn = board.at(from);
     const int king = board.kingSquare(side);
     const uint8_t enemy = colourBit(side ^ 1);
-    // Step 1. With the taken pawn lifted, leaving the from-square must not open a line to the king;
+    // With the taken pawn lifted, leaving the from-square must not open a line to the king;
     // this catches the rank where both pawns stood between king and rook. The taken pawn's own line is
     // tested too, for positions set up with an en-passant square no real game could reach.
     board.at(taken) = EMPTY;
@@ -135,7 +137,7 @@ Move play(Board& board, Move move) {
         if (newSlot >= limit || board.promotionCount >= PROMOTION_STACK_SIZE) return refuse(board);
     }
 
-    // Step 3. Castling rights, capture, promotion, en-passant square, the move itself.
+    // Castling rights, capture, promotion, en-passant square, the move itself.
     const uint8_t keep = castleKeep[from] & castleKeep[to];
     if (board.castling & ~keep) setCastling(board, board.castling & keep);
     const int captured = capturedSlot(move);
@@ -184,6 +186,7 @@ Move play(Board& board, Move move) {
 Move makeMove(Board& board, Move move) {
     const Move made = play(board, move);
     if (made) board.lastMove = made;
+    assert(board.check("make"));
     return made;
 }
 
@@ -239,6 +242,7 @@ bool makeNullMove(Board& board) {
     clearEpSquare(board);
     board.sideToMove ^= 1;
     board.lastMove = NO_MOVE;
+    assert(board.check("null move"));
     return true;
 }
 
@@ -248,4 +252,5 @@ void takeBackNullMove(Board& board, const SavedState& saved) {
     board.lastMove = saved.lastMove;
     board.ply -= 1;
     board.hash = board.hashHistory[board.ply];
+    assert(board.check("null move taken back"));
 }

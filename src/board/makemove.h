@@ -1,7 +1,10 @@
 // Making and taking back moves. Every caller takes moves back with takeBack, restoring the SavedState
 // it took before makeMove. makeMove records the move it returns in lastMove and takeBack restores the
-// previous one, so lastMove always tells the generators whether the side to move is in check.
+// previous one, so lastMove always tells the generators whether the side to move is in check. A debug
+// build runs the board's consistency check after every make and take-back.
 #pragma once
+
+#include <cassert>
 
 #include "board/board.h"
 #include "board/move.h"
@@ -31,7 +34,8 @@ inline uint64_t keyAfter(const Board& board, Move move) {
     if (const int captured = capturedSlot(move))
         key ^= pieceKey(captured, (move & MOVE_EN_PASSANT) ? to ^ 16 : to);
     if (board.epSquare) key ^= epKey(static_cast<int>(board.epSquare));
-    return key ^ castlingKey[board.castling] ^ castlingKey[board.castling & castleKeep[from] & castleKeep[to]];
+    return key ^ castlingKey[board.castling] ^
+           castlingKey[board.castling & castleKeep[from] & castleKeep[to]];
 }
 
 // The pawn key the position will have after a generated move, except after a promotion: what the
@@ -65,6 +69,7 @@ inline void takeBack(Board& board, Move move, const SavedState& saved) {
     board.hash = board.hashHistory[board.ply];
     if (isSpecial(move)) {
         unmakeMove(board, move);
+        assert(board.check("take back"));
         return;
     }
     const int from = moveFrom(move);
@@ -78,6 +83,7 @@ inline void takeBack(Board& board, Move move, const SavedState& saved) {
         board.pieceSquare[captured] = static_cast<uint8_t>(board.pieceSquare[captured] + SET_ASIDE);
         board.material[board.sideToMove ^ 1] += materialWord[captured & 63];
     }
+    assert(board.check("take back"));
 }
 
 // The null move: the side to move passes (lastMove becomes 0); false (nothing done) when the history

@@ -41,6 +41,12 @@ constexpr bool givesCheck(Move move) {
     return (move & MOVE_CHECKS) != 0;
 }
 
+// The move without its check bits and the search's reduced mark: the form that killers, table entries
+// and comparisons between moves of different origin use.
+constexpr Move plainMove(Move move) {
+    return move & ~(MOVE_CHECKS | MOVE_REDUCED);
+}
+
 constexpr Move makeMoveWord(int from, int to, int captured = 0, Move flags = 0) {
     return static_cast<Move>(to) | static_cast<Move>(from) << 8 | static_cast<Move>(captured) << 16 | flags;
 }

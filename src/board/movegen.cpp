@@ -8,16 +8,16 @@ using namespace movegen;
 bool isAttacked(const Board& board, int byColour, int square) {
     const int base = colourBase(byColour);
     const uint8_t* list = board.pieceSquare;
-    // Step 1. The king.
+    // The king.
     if (attackMask[square - list[base + KING_SLOT]] & KING_BIT) return true;
-    // Step 2. Pawns, from the two squares that capture onto the square.
+    // Pawns, from the two squares that capture onto the square.
     const int pawnFrom = square - pawnStep(byColour);
     if (isPawnOf(board.at(pawnFrom - 1), base) || isPawnOf(board.at(pawnFrom + 1), base)) return true;
-    // Step 3. Knights.
+    // Knights.
     int from;
     for (int slot = base + KNIGHT_SLOT; (from = list[slot]) != NO_SQUARE; ++slot)
         if (onBoard(from) && (attackMask[square - from] & KNIGHT_BIT)) return true;
-    // Step 4. Bishops, rooks, queens.
+    // Bishops, rooks, queens.
     for (int slot = base + BISHOP_SLOT; (from = list[slot]) != NO_SQUARE; ++slot)
         if (onBoard(from) && (attackMask[square - from] & BISHOP_BIT) && pathClear(board, square, from))
             return true;
@@ -45,7 +45,7 @@ bool exposesKing(const Board& board, int kingSquare, int from, int to) {
 
 namespace {
 
-// Step 1 for one pinned piece: its moves along the pin line. `step` points from the king to the pinner.
+// One pinned piece's moves along the pin line. `step` points from the king to the pinner.
 template <int MODE>
 Move* pinnedMoves(const Board& board, Move* list, int square, int pinner, int step, int side) {
     const uint8_t slot = board.at(square);
@@ -118,7 +118,7 @@ Move* pieceMoves(const Board& board, Move* list, int firstSlot, const int* steps
     int from;
     for (int slot = firstSlot; (from = board.pieceSquare[slot]) != NO_SQUARE; ++slot) {
         if (!onBoard(from)) continue;
-        // Unrolled so that each step is a constant in the addressing of its ray.
+            // Unrolled so that each step is a constant in the addressing of its ray.
 #pragma GCC unroll 8
         for (int i = 0; i < stepCount; ++i) {
             const int step = steps[i];
@@ -148,14 +148,14 @@ Move* generate(Board& board, Move* list) {
     const int king = board.kingSquare(side);
     const int forward = pawnStep(side);
 
-    // Step 1. Pinned pieces move along their line only, and are set aside for the rest.
+    // Pinned pieces move along their line only, and are set aside for the rest.
     Pins pins;
     list = pinPass<MODE>(board, list, pins);
 
-    // Step 2. En passant.
+    // En passant.
     if (MODE != QUIET) list = enPassantMoves(board, list);
 
-    // Step 3. Castling; the king's path is tested by makeMove.
+    // Castling; the king's path is tested by makeMove.
     if (MODE != CAPTURES && board.castling) {
         if ((board.castling & (WHITE_SHORT << side)) && board.at(king + 1) == EMPTY &&
             board.at(king + 2) == EMPTY)
@@ -165,7 +165,7 @@ Move* generate(Board& board, Move* list) {
             *list++ = makeMoveWord(king, king - 2, 0, MOVE_CASTLING);
     }
 
-    // Step 4. Pawns.
+    // Pawns.
     const int secondRank = side == WHITE ? 1 : 6;
     int from;
     for (int slot = base + PAWN_SLOT; (from = board.pieceSquare[slot]) != NO_SQUARE; ++slot) {
@@ -192,7 +192,7 @@ Move* generate(Board& board, Move* list) {
         }
     }
 
-    // Step 5. Knights, bishops, rooks, queens, then the king onto squares the enemy does not attack.
+    // Knights, bishops, rooks, queens, then the king onto squares the enemy does not attack.
     list = pieceMoves<MODE>(board, list, base + KNIGHT_SLOT, KNIGHT_STEPS, 8, false);
     list = pieceMoves<MODE>(board, list, base + BISHOP_SLOT, DIAGONAL_STEPS, 4, true);
     list = pieceMoves<MODE>(board, list, base + ROOK_SLOT, STRAIGHT_STEPS, 4, true);
@@ -204,7 +204,7 @@ Move* generate(Board& board, Move* list) {
         if (!isAttacked(board, side ^ 1, target)) *list++ = makeMoveWord(king, target, content);
     }
 
-    // Step 6. Put the pinned pieces back.
+    // Put the pinned pieces back.
     pins.restore(board);
     return list;
 }

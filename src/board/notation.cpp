@@ -4,25 +4,24 @@
 #include <cstdio>
 #include <cstring>
 
-#include "board/makemove.h"
-#include "board/movegen.h"
+#include "board/legalmoves.h"
 #include "board/tables.h"
 
 void moveToText(const Board& board, char* text, Move move) {
     char* p = text;
-    // Step 1. No move.
+    // No move.
     if (!move) {
         strcpy(text, "%");
         return;
     }
     const int from = moveFrom(move);
     const int to = moveTo(move);
-    // Step 2. Castling.
+    // Castling.
     if (move & MOVE_CASTLING) {
         strcpy(text, to > from ? "o-o" : "o-o-o");
         return;
     }
-    // Step 3. The piece letter; the from-square is empty once the move has been made. A promotion
+    // The piece letter; the from-square is empty once the move has been made. A promotion
     // or en-passant capture is always a pawn's, whatever stands on the to-square afterwards.
     if (!(move & (MOVE_PROMOTION | MOVE_EN_PASSANT)) && onBoard(from)) {
         uint8_t slot = board.at(from);
@@ -31,7 +30,7 @@ void moveToText(const Board& board, char* text, Move move) {
         const int kind = kindOfCode(code);
         if (kind && kind != PAWN) *p++ = static_cast<char>(PIECE_LETTERS[kind] & ~32);
     }
-    // Steps 4-8. Squares, capture, promotion, check marks.
+    // Squares, capture, promotion, check marks.
     *p++ = static_cast<char>('a' + fileOf(from));
     *p++ = static_cast<char>('1' + rankOf(from));
     if (isCapture(move)) *p++ = 'x';
@@ -59,7 +58,7 @@ struct MoveText {
     int castles = 0;     // count of 'O' and 'o'
 };
 
-// Step 2: read the text from its end back to its start. False (with the message) on a bad character.
+// Reading: the text from its end back to its start. False (with the message) on a bad character.
 bool readMoveText(const char* text, MoveText& m) {
     const int length = static_cast<int>(strlen(text));
     for (int i = length - 1; i >= 0; --i) {
@@ -97,7 +96,7 @@ bool readMoveText(const char* text, MoveText& m) {
     return true;
 }
 
-// Step 3: settle what kind of text it is; false when it cannot name a move.
+// Settling what kind of text it is; false when it cannot name a move.
 bool settleMoveText(MoveText& m) {
     if (m.piece) return m.toFile >= 0 && m.toRank >= 0;
     if (m.castles == 2 || m.castles == 3) {
@@ -112,7 +111,7 @@ bool settleMoveText(MoveText& m) {
     return (m.toFile >= 0 && m.toRank >= 0) || (m.fromFile >= 0 && m.toFile >= 0);
 }
 
-// Step 5: whether a generated move fits the text.
+// Whether a generated move fits the text.
 bool fits(const Board& board, const MoveText& m, Move move) {
     const int from = moveFrom(move);
     const int to = moveTo(move);
@@ -133,31 +132,27 @@ bool fits(const Board& board, const MoveText& m, Move move) {
 }  // namespace
 
 Move isMove(Board& board, const char* text) {
-    // Step 1. The null move.
+    // The null move.
     if (text[0] == '%') return NO_MOVE;
     MoveText m;
     if (!readMoveText(text, m) || !settleMoveText(m)) return NO_MOVE;
 
-    // Steps 4-7. Candidates that fit and that makeMove accepts; a second one makes the text ambiguous.
+    // Candidates that fit and that makeMove accepts; a second one makes the text ambiguous.
     MoveList moves;
-    Move* end = board.inCheck() ? generateEvasions(board, moves) : generateMoves(board, moves);
-    const SavedState saved = saveState(board);
+    Move* end = generateLegalMoves(board, moves);
     Move found = NO_MOVE;
     for (Move* move = moves; move != end; ++move) {
         if (!fits(board, m, *move)) continue;
-        const Move made = makeMove(board, *move);
-        if (!made) continue;
-        takeBack(board, *move, saved);
         if (found) {
             char first[MOVE_TEXT_SIZE];
             char second[MOVE_TEXT_SIZE];
             moveToText(board, first, found);
-            moveToText(board, second, made);
+            moveToText(board, second, *move);
             printf("ambiguous move: %s _and_ %s\n", first, second);
             return NO_MOVE;
         }
-        found = made;
+        found = *move;
     }
-    // Step 8.
+    // The one candidate, or none.
     return found;
 }

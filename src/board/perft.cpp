@@ -5,7 +5,6 @@
 
 #include "board/makemove.h"
 #include "board/movegen.h"
-#include "board/notation.h"
 #include "frontend/util/log.h"
 
 uint64_t perft(Board& board, int depth, Move lastMove) {
@@ -26,26 +25,4 @@ uint64_t perftTop(Board& board, int depth) {
     const uint64_t count = perft(board, depth, board.lastMove);
     Log().info("perft %i=%10" PRIu64 "\n", depth, count);
     return count;
-}
-
-uint64_t divide(int depth, Move lastMove) {
-    Board& board = gameBoard;
-    printf("----divide---\n");
-    MoveList moves;
-    Move* end = givesCheck(lastMove) ? generateEvasions(board, moves) : generateMoves(board, moves);
-    const SavedState saved = saveState(board);
-    uint64_t total = 0;
-    for (Move* move = moves; move != end; ++move) {
-        const Move made = makeMove(board, *move);
-        if (!made) continue;
-        const uint64_t count = depth > 1 ? perft(board, depth - 1, made) : 1;
-        char text[MOVE_TEXT_SIZE];
-        moveToText(board, text, made);
-        printf("%-8s %10" PRIu64 "\n", text, count);
-        total += count;
-        takeBack(board, *move, saved);
-    }
-    printf("-------------------\n");
-    printf("total    %10" PRIu64 "\n", total);
-    return total;
 }

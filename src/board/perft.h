@@ -9,5 +9,3 @@
 uint64_t perft(Board& board, int depth, Move lastMove);
 // perft from the board's own last move; logs the count.
 uint64_t perftTop(Board& board, int depth);
-// Prints each legal move of the game board with its perft count to depth - 1, and the total.
-uint64_t divide(int depth, Move lastMove);

@@ -26,7 +26,8 @@ struct Attackers {
 
 // The first piece behind `square` seen from `to`, if it belongs to colour and attacks `to` along that
 // line, joins the list.
-[[gnu::always_inline]] inline void addXray(const Board& board, Attackers& list, int colour, int to, int square) {
+[[gnu::always_inline]] inline void addXray(const Board& board, Attackers& list, int colour, int to,
+                                           int square) {
     const int step = direction[square - to];
     if (!step) return;
     int behind = square + step;
@@ -80,21 +81,21 @@ int exchange(Board& board, Move move) {
     const int to = moveTo(move);
     const uint8_t mover = board.at(from);
 
-    // Step 1. The opponent's attackers, with the moving piece lifted off its square.
+    // The opponent's attackers, with the moving piece lifted off its square.
     Attackers lists[2];
     board.at(from) = EMPTY;
     lists[side ^ 1].count = attackersOf<side ^ 1>(lists[side ^ 1].entry, board, to);
     board.at(from) = mover;
 
-    // Step 2. The first gain.
+    // The first gain.
     const int promotion = promotionKind(move);
     int gain[2 * MAX_SEE_ATTACKERS + 4];
     gain[0] = seeValue[capturedSlot(move) & 63] + (promotion == QUEEN ? 8 : 0);
 
-    // Step 3. Nothing can take back.
+    // Nothing can take back.
     if (!lists[side ^ 1].count && !kingBeside(board, side ^ 1, to)) return gain[0];
 
-    // Step 4. The mover's further attackers, and the one behind the moving piece.
+    // The mover's further attackers, and the one behind the moving piece.
     board.pieceSquare[mover] = static_cast<uint8_t>(board.pieceSquare[mover] + SET_ASIDE);
     const int found = attackersOf<side>(lists[side].entry, board, to);
     board.pieceSquare[mover] = static_cast<uint8_t>(board.pieceSquare[mover] - SET_ASIDE);
@@ -102,7 +103,7 @@ int exchange(Board& board, Move move) {
     lists[side].count = found;
     addXray(board, lists[side], side, to, from);
 
-    // Step 5. Alternate captures with the cheapest attacker; a king takes last, and only when the other
+    // Alternate captures with the cheapest attacker; a king takes last, and only when the other
     // side has nothing left.
     int standing = promotion ? PROMOTED_VALUE[promotion] : seeValue[mover & 63];
     int depth = 0;
@@ -128,7 +129,7 @@ int exchange(Board& board, Move move) {
         turn ^= 1;
     }
 
-    // Step 6. Each side stops where going on would lose.
+    // Each side stops where going on would lose.
     while (depth > 0) {
         --depth;
         if (-gain[depth + 1] < gain[depth]) gain[depth] = -gain[depth + 1];
@@ -139,7 +140,8 @@ int exchange(Board& board, Move move) {
 }  // namespace
 
 int collectAttackers(SeeAttacker* list, const Board& board, int colour, int square) {
-    return colour == WHITE ? attackersOf<WHITE>(list, board, square) : attackersOf<BLACK>(list, board, square);
+    return colour == WHITE ? attackersOf<WHITE>(list, board, square)
+                           : attackersOf<BLACK>(list, board, square);
 }
 
 int see(Board& board, int side, Move move) {

@@ -124,7 +124,7 @@ void countGame(BookEntry& entry, Outcome outcome) {
 
 bool buildBook(const char* pgnPath, const BookBuildOptions& options, unsigned maxGames,
                std::string& bookPath) {
-    // Step 1. Open the games.
+    // Open the games.
     const int maxPly = std::clamp(options.maxPly, 1, MAX_BOOK_PLY);
     PgnReader reader(static_cast<size_t>(maxPly));
     if (!reader.open(pgnPath)) {
@@ -135,7 +135,7 @@ bool buildBook(const char* pgnPath, const BookBuildOptions& options, unsigned ma
     std::printf("reading %s...\n", pgnPath);
     std::fflush(stdout);
 
-    // Step 2. Count every usable game's moves.
+    // Count every usable game's moves.
     auto board = std::make_unique<Board>();
     Tally tally;
     PgnGame game;
@@ -192,7 +192,7 @@ bool buildBook(const char* pgnPath, const BookBuildOptions& options, unsigned ma
         }
     }
 
-    // Step 3. Report, sort and write.
+    // Report, sort and write.
     const uint32_t elapsed = platform::getTickCount() - start;
     std::printf("%u games read: %u used, %u without result, %u filtered out, %u without moves, %u broken\n",
                 read, used, unfinished, filtered, empty, broken);

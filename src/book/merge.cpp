@@ -52,7 +52,7 @@ class GroupReader {
 
 bool merge(const char* first, const char* second, const char* output) {
     if (!first || !second || !output || !*first || !*second || !*output) return false;
-    // Step 1. Never read and write one file at once, however its path is spelled.
+    // Never read and write one file at once, however its path is spelled.
     std::error_code ignored;
     if (std::strcmp(output, first) == 0 || std::strcmp(output, second) == 0 ||
         std::filesystem::equivalent(output, first, ignored) ||
@@ -60,7 +60,7 @@ bool merge(const char* first, const char* second, const char* output) {
         std::printf("cannot merge book to self\n");
         return false;
     }
-    // Step 2. Open both inputs and the output.
+    // Open both inputs and the output.
     GroupReader inputs[2];
     const char* paths[2] = {first, second};
     for (int i = 0; i < 2; i++) {
@@ -76,7 +76,7 @@ bool merge(const char* first, const char* second, const char* output) {
     }
     std::printf("merging %s with %s to %s...\n", first, second, output);
 
-    // Step 3. Walk both books in key order, writing whole groups.
+    // Walk both books in key order, writing whole groups.
     int positions = 0;
     int moves = 0;
     bool ok = true;
@@ -110,7 +110,7 @@ bool merge(const char* first, const char* second, const char* output) {
         }
     }
 
-    // Step 4. Report.
+    // Report.
     if (std::fclose(out) != 0) ok = false;
     if (!ok) {
         std::printf("could not write file: %s\n", output);

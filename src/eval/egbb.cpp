@@ -112,15 +112,15 @@ bool EGBB::init(int cacheMb) {
 }
 
 bool EGBB::probe(const Board& board, int& score) const {
-    // Step 1. No library, no probe.
+    // No library, no probe.
     if (!probeEntry) return false;
 
-    // Step 2. Kings are not counted.
+    // Kings are not counted.
     const uint32_t w = board.material[WHITE], b = board.material[BLACK];
     const int count = pieceCount(w) + pieceCount(b) + pawnCount(w) + pawnCount(b);
     if (count > men - 2) return false;
 
-    // Step 3. Queens, rooks, bishops, knights, pawns; White before Black within each kind.
+    // Queens, rooks, bishops, knights, pawns; White before Black within each kind.
     int pieces[3] = {0, 0, 0}, squares[3] = {0, 0, 0}, n = 0;
     const std::pair<int, int> kinds[5] = {{QUEEN_SLOT, LIBRARY_QUEEN},
                                           {ROOK_SLOT, LIBRARY_ROOK},
@@ -139,7 +139,7 @@ bool EGBB::probe(const Board& board, int& score) const {
         probeEntry(stm, librarySquare(board.kingSquare(WHITE)), librarySquare(board.kingSquare(BLACK)),
                    pieces[0], squares[0], pieces[1], squares[1], pieces[2], squares[2]);
 
-    // Step 4. A win becomes a score that still shows progress; with pawns the library's own stands.
+    // A win becomes a score that still shows progress; with pawns the library's own stands.
     if (answer == EGBB_NOT_AVAILABLE) return false;
     if (answer == 0) {
         score = 0;

@@ -24,7 +24,7 @@ uint64_t cacheKey(const Board& board) {
     return board.hash ^ (board.castling * 0x9E3779B97F4A7C15ull);
 }
 
-// Draws by material alone (step 3), for S from White's view.
+// Draws by material alone, for S from White's view.
 const char* materialDraw(const Board& board, int s) {
     const uint32_t w = board.material[WHITE], b = board.material[BLACK];
     const int wu = static_cast<int>(w & 255), bu = static_cast<int>(b & 255);
@@ -53,8 +53,9 @@ const char* materialDraw(const Board& board, int s) {
     return nullptr;
 }
 
-// Step 5 for the stronger side: its pawns all on one rook file, at most a bishop beside them that
-// does not cover the promotion corner, and the defending king in front of the pawns near the corner.
+// Rook pawns the defending king stops, for the stronger side: its pawns all on one rook file, at most
+// a bishop beside them that does not cover the promotion corner, and the defending king in front of the
+// pawns near the corner.
 bool wrongRookPawn(const Board& board, const PawnEntry& entry, int strong) {
     const uint32_t material = board.material[strong];
     const int pieces = pieceCount(material);
@@ -76,13 +77,13 @@ bool wrongRookPawn(const Board& board, const PawnEntry& entry, int strong) {
     return squareColour(bishop) != squareColour(promotionCorner);
 }
 
-// Steps 2 to 7: the score for the side to move. storable is false for the rule draws, which are
+// The score for the side to move, uncached. storable is false for the rule draws, which are
 // cheap to find again and are not cached.
 int scorePosition(EvalContext& context, Board& board, EvalBreakdown* parts, bool& storable) {
     storable = false;
     const uint32_t w = board.material[WHITE], b = board.material[BLACK];
 
-    // Step 2. Material, imbalance and pawns.
+    // Material, imbalance and pawns.
     const int material =
         (pawnCount(w) + static_cast<int>(w & 255)) * 100 - (pawnCount(b) + static_cast<int>(b & 255)) * 100;
     const int imbalance = evalImbalance(board);
@@ -95,13 +96,13 @@ int scorePosition(EvalContext& context, Board& board, EvalBreakdown* parts, bool
         parts->beforeDraws = s;
     }
 
-    // Step 3. Draws by material.
+    // Draws by material.
     if (const char* rule = materialDraw(board, s)) {
         if (parts) parts->rule = rule;
         return 0;
     }
 
-    // Step 4. Kings and pieces.
+    // Kings and pieces.
     const PawnEntry& entry = *context.pawnEntry;
     const int kingW = evalKing(board, entry, WHITE), kingB = evalKing(board, entry, BLACK);
     const int piecesW = evalPieces(board, entry, WHITE, context.pieceTerms[WHITE]);
@@ -115,13 +116,13 @@ int scorePosition(EvalContext& context, Board& board, EvalBreakdown* parts, bool
         parts->beforeEnding = t;
     }
 
-    // Step 5. Rook pawns the defending king stops.
+    // Rook pawns the defending king stops.
     if ((t < 0 && wrongRookPawn(board, entry, BLACK)) || (t > 0 && wrongRookPawn(board, entry, WHITE))) {
         if (parts) parts->rule = "rook pawns with the defending king in front";
         return 0;
     }
 
-    // Step 6. Opposite bishops alone halve the score; the odd unit stays with the stronger side.
+    // Opposite bishops alone halve the score; the odd unit stays with the stronger side.
     if ((w & 255) == 3 && (b & 255) == 3 && bishopCount(w) && bishopCount(b)) {
         int whiteBishop = 0, blackBishop = 0;
         forEachPiece(board, WHITE, BISHOP_SLOT, [&](int square) { whiteBishop = square; });
@@ -132,7 +133,7 @@ int scorePosition(EvalContext& context, Board& board, EvalBreakdown* parts, bool
         }
     }
 
-    // Step 7. The side to move's view, with the tempo.
+    // The side to move's view, with the tempo.
     storable = true;
     return (board.sideToMove == BLACK ? -t : t) + TEMPO;
 }
@@ -140,7 +141,7 @@ int scorePosition(EvalContext& context, Board& board, EvalBreakdown* parts, bool
 }  // namespace
 
 int evaluate(EvalContext& context, Board& board) {
-    // Step 1. Count the node and look in the cache; a hit still sets the pawn entry.
+    // Count the node and look in the cache; a hit still sets the pawn entry.
     ++context.nodes;
     int score;
     if (context.useCache && evalCache.probe(cacheKey(board), static_cast<int>(board.sideToMove), score)) {

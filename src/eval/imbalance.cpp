@@ -48,7 +48,7 @@ struct Side {
           heavy(std::min(3 * queens + rooks, 7)) {}
 };
 
-// Step 2 for the side x with more bishops than y, from x's view.
+// The bishops' term for the side x with more bishops than y, from x's view.
 int bishopTerm(const Side& x, const Side& y) {
     if (x.knights) return entry(y.bishops ? BISHOP_VS_BISHOP_KNIGHT : BISHOP_VS_KNIGHT_ONLY, x.heavy);
     if (y.bishops) return entry(BISHOP_VS_BISHOP_NO_KNIGHT, x.heavy);
@@ -86,17 +86,17 @@ int evalImbalance(const Board& board) {
     const Side w(board.material[WHITE]);
     const Side b(board.material[BLACK]);
 
-    // Step 1. Knights gain and rooks lose as pawns are added.
+    // Knights gain and rooks lose as pawns are added.
     int v = w.knights * entry(KNIGHT_BY_PAWNS, w.pawns) + w.rooks * entry(ROOK_BY_PAWNS, w.pawns) -
             b.rooks * entry(ROOK_BY_PAWNS, b.pawns) - b.knights * entry(KNIGHT_BY_PAWNS, b.pawns);
 
-    // Step 2. Bishops.
+    // Bishops.
     if (w.bishops != b.bishops) {
         v += 25 * (w.bishops - b.bishops);
         v += w.bishops > b.bishops ? bishopTerm(w, b) : -bishopTerm(b, w);
     }
 
-    // Step 3. Rooks and queens that differ.
+    // Rooks and queens that differ.
     if (w.rooks != b.rooks || w.queens != b.queens) {
         const bool queensAlike = (w.queens > 0) == (b.queens > 0);
         if (queensAlike) {
@@ -122,7 +122,7 @@ int evalImbalance(const Board& board) {
             v -= queenTerm(b, w);
         }
     } else if (w.minors != b.minors) {
-        // Step 4. Only the minor pieces differ.
+        // Only the minor pieces differ.
         v += w.minors > b.minors ? minorsTerm(w, b) : -minorsTerm(b, w);
     }
     return v;

@@ -80,7 +80,7 @@ int evalKingShelter(const Board& board, const PawnEntry& entry, int king, const 
     const int file = fileOf(king);
     int points = 0;
 
-    // Step 1. Open files beside the king matter once the opponent has a rook or queen.
+    // Open files beside the king matter once the opponent has a rook or queen.
     const uint32_t enemyMaterial = board.material[enemy];
     if (rookCount(enemyMaterial) || queenCount(enemyMaterial)) {
         const uint8_t own = entry.block[side].pawnFreeFiles, theirs = entry.block[enemy].pawnFreeFiles;
@@ -91,11 +91,11 @@ int evalKingShelter(const Board& board, const PawnEntry& entry, int king, const 
         if (fileFree(theirs, file + e)) points -= 1;
     }
 
-    // Step 2. Normalise the square.
+    // Normalise the square.
     const int k = king + FILE_SHIFT[file] + RANK_SHIFT[rankOf(king)];
     const int f = k + fwd;
 
-    // Step 3. Shelter pawns, and a bishop on the square in front.
+    // Shelter pawns, and a bishop on the square in front.
     auto own = [&](int square) { return pawnAt(board, side, square); };
     if (own(f - e)) points += 4;
     if (own(k - e)) points += 2;
@@ -107,7 +107,7 @@ int evalKingShelter(const Board& board, const PawnEntry& entry, int king, const 
     else if (own(f + e + fwd))
         points += 5;
 
-    // Step 4. Enemy pawns storming the files around the king (the normalised file is never an edge).
+    // Enemy pawns storming the files around the king (the normalised file is never an edge).
     const int kf = fileOf(k);
     points += storm[kf - 1] + storm[kf] + storm[kf + 1];
     return points * 16;
@@ -179,7 +179,7 @@ int kingOf(const Board& board, const PawnEntry& entry) {
     const int u = static_cast<int>(board.material[enemy] & 255);
 
     if (u > 13) {
-        // Step 1. Safety: the attack, and the better of the present shelter and the one castling gives.
+        // Safety: the attack, and the better of the present shelter and the one castling gives.
         const int attack = attackOn<side>(board);
         const bool canShort = board.castling & (WHITE_SHORT << side);
         const bool canLong = board.castling & (WHITE_LONG << side);
@@ -217,7 +217,7 @@ int kingOf(const Board& board, const PawnEntry& entry) {
         return (attack * mult / 256) * p / 16 + (add + lookup(KING_MIDDLEGAME, side, king)) * p / 16;
     }
 
-    // Step 2. The endgame: a central king, the more so the more pawns the opponent has.
+    // The endgame: a central king, the more so the more pawns the opponent has.
     const int pawns = std::min(pawnCount(board.material[enemy]), 8);
     int value = lookup(KING_ENDGAME, side, king) * KING_END_BY_PAWNS[pawns] * KING_END_BY_UNITS[u] / 256;
     if (queenCount(board.material[enemy])) value /= 4;

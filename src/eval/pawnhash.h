@@ -45,7 +45,9 @@ class PawnHash {
     }
 
   private:
-    static uint32_t index(uint64_t pawnKey) { return static_cast<uint32_t>(pawnKey & (PAWN_HASH_ENTRIES - 1)); }
+    static uint32_t index(uint64_t pawnKey) {
+        return static_cast<uint32_t>(pawnKey & (PAWN_HASH_ENTRIES - 1));
+    }
 
     PawnEntry* entries;
 };

@@ -167,19 +167,19 @@ void pawnSideOf(const Board& board, PawnBlock& block, int& mg, int& eg) {
         auto own = [&](int square) { return pawnAt(board, side, square); };
         auto theirs = [&](int square) { return pawnAt(board, enemy, square); };
 
-        // Step 1. Flags.
+        // Flags.
         const bool isProtected = own(s - dir - 1) || own(s - dir + 1);
         const bool duo = own(s - 1) || own(s + 1);
         const bool openAhead = !anyPawnOnLine(board, s, dir);
         const bool noEnemyBeside =
             !pawnOnLine(board, enemy, s - 1, dir) && !pawnOnLine(board, enemy, s + 1, dir);
 
-        // Step 2. Placement.
+        // Placement.
         mg += lookup(PAWN_MG, side, s);
         eg += lookup(PAWN_EG, side, s);
         if (isProtected) mg += lookup(PROTECTED_MG, side, s);
 
-        // Step 3. Doubled: a protected one is done here; one with a pawn ahead is not passed.
+        // Doubled: a protected one is done here; one with a pawn ahead is not passed.
         bool mayBePassed = openAhead && noEnemyBeside;
         if (anyPawnOnLine(board, s, -dir)) {
             mg += lookup(DOUBLED_MG, side, s);
@@ -192,7 +192,7 @@ void pawnSideOf(const Board& board, PawnBlock& block, int& mg, int& eg) {
             if (openAhead) mg -= 10;
         }
 
-        // Step 4. Passed.
+        // Passed.
         if (mayBePassed) {
             block.passedFiles |= static_cast<uint8_t>(1 << file);
             mg += lookup(PASSED_MG, side, s);
@@ -208,7 +208,7 @@ void pawnSideOf(const Board& board, PawnBlock& block, int& mg, int& eg) {
             if (block.passedCount < 8) block.passed[block.passedCount++] = static_cast<uint8_t>(s);
         }
 
-        // Step 5. Isolated, and then not tested for backwardness.
+        // Isolated, and then not tested for backwardness.
         auto noOwnPawnOn = [&](int f) { return f < 0 || f > 7 || ((block.pawnFreeFiles >> f) & 1); };
         if (noOwnPawnOn(file - 1) && noOwnPawnOn(file + 1)) {
             mg += lookup(ISOLATED_MG, side, s) - 10;
@@ -220,7 +220,7 @@ void pawnSideOf(const Board& board, PawnBlock& block, int& mg, int& eg) {
             return;
         }
 
-        // Step 6. Backward, unless protected or one of the ways out below holds.
+        // Backward, unless protected or one of the ways out below holds.
         if (isProtected) return;
         auto count = [&](bool a, bool b) { return static_cast<int>(a) + static_cast<int>(b); };
         const bool advances =
@@ -262,7 +262,7 @@ int evalPassedDynamic(Board& board, const PawnBlock& block, int side) {
         const int f = p + dir;
         const int r = ownRank(side, p);
 
-        // Step 1. The square in front: blocked (twice over unless by a rook or queen), or free and safe.
+        // The square in front: blocked (twice over unless by a rook or queen), or free and safe.
         if (isOccupied(board, f)) {
             value -= PASSED_FREE[r];
             if (!(codeAt(board, f) & ROOK_BIT)) value -= PASSED_FREE[r];
@@ -271,10 +271,10 @@ int evalPassedDynamic(Board& board, const PawnBlock& block, int side) {
             if (see(board, side, advance) >= 0) value += PASSED_FREE[r];
         }
 
-        // Step 2. The kings' distances to the square in front.
+        // The kings' distances to the square in front.
         value += distance(enemyKing, f) * KING_FAR_BONUS[r] - distance(ownKing, f) * KING_NEAR_BONUS[r];
 
-        // Step 3. A rook or queen behind the pawn on its file.
+        // A rook or queen behind the pawn on its file.
         int behind = p - dir;
         while (onBoard(behind) && isEmpty(board, behind)) behind -= dir;
         if (onBoard(behind) && (codeAt(board, behind) & ROOK_BIT)) {
@@ -345,18 +345,18 @@ PawnEntry& probePawnTable(EvalContext& context, const Board& board) {
 }
 
 int pawnevaluator(EvalContext& context, Board& board) {
-    // Step 1. The structure's entry.
+    // The structure's entry.
     const PawnEntry& entry = probePawnTable(context, board);
 
-    // Step 2. Phase: 64 units are the full starting set of pieces.
+    // Phase: 64 units are the full starting set of pieces.
     const int phase =
         std::min(static_cast<int>((board.material[WHITE] & 255) + (board.material[BLACK] & 255)), 64);
 
-    // Step 3. Passed pawns against kings and pieces.
+    // Passed pawns against kings and pieces.
     const int dW = evalPassedDynamic(board, entry.block[WHITE], WHITE);
     const int dB = evalPassedDynamic(board, entry.block[BLACK], BLACK);
 
-    // Step 4. Blend; the dynamic term counts half in the middlegame.
+    // Blend; the dynamic term counts half in the middlegame.
     const int blended =
         ((dW / 2 + entry.middlegame - dB / 2) * phase + (dW + entry.endgame - dB) * (64 - phase)) / 64;
     return blended + pawnPieceTerm(board, entry, WHITE, phase) - pawnPieceTerm(board, entry, BLACK, phase);

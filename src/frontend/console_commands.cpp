@@ -3,12 +3,12 @@
 #include <cstring>
 
 // The command groups, each defined in its own file.
-std::span<const ConsoleCommand> optionCommands();  // set_command.cpp
-std::span<const ConsoleCommand> quitCommands();    // quit_command.cpp
-std::span<const ConsoleCommand> helpCommands();    // help_command.cpp
-std::span<const ConsoleCommand> bookCommands();    // book_commands.cpp
-std::span<const ConsoleCommand> harnessCommands();  // harness_commands.cpp
-std::span<const ConsoleCommand> evalCommands();    // eval_command.cpp
+std::span<const ConsoleCommand> optionCommands();    // set_command.cpp
+std::span<const ConsoleCommand> quitCommands();      // quit_command.cpp
+std::span<const ConsoleCommand> helpCommands();      // help_command.cpp
+std::span<const ConsoleCommand> bookCommands();      // book_commands.cpp
+std::span<const ConsoleCommand> harnessCommands();   // harness_commands.cpp
+std::span<const ConsoleCommand> evalCommands();      // eval_command.cpp
 std::span<const ConsoleCommand> positionCommands();  // position_commands.cpp
 std::span<const ConsoleCommand> searchCommands();    // search_commands.cpp
 
@@ -18,14 +18,8 @@ using CommandGroup = std::span<const ConsoleCommand> (*)();
 
 // Searched in this order, the first matching word wins; a new group adds its line here.
 constexpr CommandGroup groups[] = {
-    optionCommands,
-    quitCommands,
-    helpCommands,
-    bookCommands,
-    evalCommands,
-    positionCommands,
-    searchCommands,
-    harnessCommands,
+    optionCommands, quitCommands,     helpCommands,   bookCommands,
+    evalCommands,   positionCommands, searchCommands, harnessCommands,
 };
 
 }  // namespace

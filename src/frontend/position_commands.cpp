@@ -7,8 +7,7 @@
 #include <span>
 
 #include "board/board.h"
-#include "board/makemove.h"
-#include "board/movegen.h"
+#include "board/legalmoves.h"
 #include "board/notation.h"
 #include "board/perft.h"
 #include "frontend/console.h"
@@ -34,15 +33,7 @@ AfterCommand reset(const char*) {
 AfterCommand moves(const char*) {
     Board& board = gameBoard;
     MoveList list;
-    Move* end = board.inCheck() ? generateEvasions(board, list) : generateMoves(board, list);
-    const SavedState saved = saveState(board);
-    int count = 0;
-    for (Move* move = list; move != end; ++move) {
-        const Move made = makeMove(board, *move);
-        if (!made) continue;
-        takeBack(board, *move, saved);
-        list[count++] = made;
-    }
+    const int count = static_cast<int>(generateLegalMoves(board, list) - list);
     printf("#moves = %i\n", count);
     for (int i = 0; i < count; ++i) {
         char text[MOVE_TEXT_SIZE];
@@ -82,10 +73,25 @@ AfterCommand perftCommand(const char* rest) {
     return AfterCommand::READ_NEXT;
 }
 
+// Prints each legal move with its perft count to depth - 1, and the total.
+void divide(Board& board, int depth) {
+    printf("----divide---\n");
+    uint64_t total = 0;
+    forEachLegalMove(board, [&](Move made) {
+        const uint64_t count = depth > 1 ? perft(board, depth - 1, made) : 1;
+        char text[MOVE_TEXT_SIZE];
+        moveToText(board, text, made);
+        printf("%-8s %10" PRIu64 "\n", text, count);
+        total += count;
+    });
+    printf("-------------------\n");
+    printf("total    %10" PRIu64 "\n", total);
+}
+
 AfterCommand divideCommand(const char* rest) {
     int depth = 1;
     readDepth(rest, depth, false);
-    divide(depth, gameBoard.lastMove);
+    divide(gameBoard, depth);
     return AfterCommand::READ_NEXT;
 }
 

@@ -18,7 +18,7 @@ namespace {
 
 // Plays the move the console search found on the game board and shows the result.
 class ConsoleListener : public SearchListener {
-public:
+  public:
     void finish(const SearchReport& report) override {
         const Move best = report.best;
         if (best == NO_MOVE) {
@@ -27,7 +27,7 @@ public:
         }
         char text[MOVE_TEXT_SIZE];
         moveToText(gameBoard, text, best);
-        playGameMove(gameBoard, best & 0x3FFFFF7F);
+        playGameMove(gameBoard, plainMove(best));
         printf("my move: %s\n", text);
         gameBoard.print(stdout, 0);
         fflush(stdout);
@@ -41,7 +41,8 @@ ConsoleListener consoleListener;
 AfterCommand searchCommand(const char* rest) {
     // Whatever search still runs ends before the table is cleared and the next one starts.
     searchThread.stopSearch();
-    if (consoleOptions.book && strcmp(rest, "nobook") != 0 && book.isOpen() && consoleBookMove(gameBoard) != NO_MOVE)
+    if (consoleOptions.book && strcmp(rest, "nobook") != 0 && book.isOpen() &&
+        consoleBookMove(gameBoard) != NO_MOVE)
         return AfterCommand::READ_NEXT;
     if (consoleOptions.cleartt && strcmp(rest, "tt") != 0)
         tt.clear();
@@ -73,7 +74,8 @@ AfterCommand maxTimeCommand(const char* rest) {
         printf("illegal arg: %s\n", rest);
         return AfterCommand::READ_NEXT;
     }
-    timeControl.setClock(static_cast<int>(moves), static_cast<int>(seconds * 1000), static_cast<int>(increment * 1000));
+    timeControl.setClock(static_cast<int>(moves), static_cast<int>(seconds * 1000),
+                         static_cast<int>(increment * 1000));
     const int* limit = timeControl.phaseLimit;
     printf("millis=%u\n", limit[2]);
     printf("  easy=%u\n", limit[0]);
@@ -114,8 +116,11 @@ constexpr ConsoleCommand commands[] = {
 
 }  // namespace
 
-std::span<const ConsoleCommand> searchCommands() { return commands; }
+std::span<const ConsoleCommand> searchCommands() {
+    return commands;
+}
 
 void stopConsoleSearch() {
-    if (searchThread.request().listener == &consoleListener && !searchThread.isIdle()) searchThread.stopSearch();
+    if (searchThread.request().listener == &consoleListener && !searchThread.isIdle())
+        searchThread.stopSearch();
 }

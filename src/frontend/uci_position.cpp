@@ -8,7 +8,7 @@
 void Uci::position() {
     traceMessage("position()...");
 
-    // Step 1. The new status, and a search that the GUI forgot to stop.
+    // The new status, and a search that the GUI forgot to stop.
     int old = exchangeStatus(POSITION);
     if (old == POSITION) log.info("uci: 2x position?\n");
     if (old == SEARCHING || old == PONDER) {
@@ -22,7 +22,7 @@ void Uci::position() {
     // A search that has just reported its end may still be winding down; the board is its input.
     searchThread.waitIdle();
 
-    // Step 2. The position itself; any other first word leaves the board as it is.
+    // The position itself; any other first word leaves the board as it is.
     String word = nextArg();
     if (word == "startpos") {
         gameBoard.setFen(START_FEN);
@@ -44,7 +44,7 @@ void Uci::position() {
         return;
     }
 
-    // Step 3. The moves; the first one that is no move or not legal ends the list.
+    // The moves; the first one that is no move or not legal ends the list.
     bool reachedOutOfBook = false;
     if (word == "moves") {
         for (word = nextArg(); !word.empty(); word = nextArg()) {
@@ -65,14 +65,14 @@ void Uci::position() {
         }
     }
 
-    // Step 4. A GUI that starts a new game without "ucinewgame" never passes the position where the
+    // A GUI that starts a new game without "ucinewgame" never passes the position where the
     // last game left the book: that game is over, and the book is open again.
     if (!reachedOutOfBook && outOfBookPly != 0) {
         traceMessage("newgame!");
         reopenBook();
     }
 
-    // Step 5. The history is not taken back from here, so the piece lists can be closed up.
+    // The history is not taken back from here, so the piece lists can be closed up.
     gameBoard.compactPieceLists();
     if (FILE* logFile = Log::stream()) gameBoard.print(logFile, 0);
     traceMessage("position() ok");

@@ -125,7 +125,7 @@ EpdLine parseEpdLine(const char* line, EpdRecord& record, std::string& error) {
     skipBlanks(p);
     if (!*p || *p == '#') return EpdLine::SKIP;
 
-    // Step 1. Placement, side to move, castling, en passant; then the counters if the line has them.
+    // Placement, side to move, castling, en passant; then the counters if the line has them.
     std::string fields[4];
     for (std::string& field : fields) {
         field = nextField(p);
@@ -144,7 +144,7 @@ EpdLine parseEpdLine(const char* line, EpdRecord& record, std::string& error) {
     }
     if (!checkPlacement(fields[0], error)) return EpdLine::BAD;
 
-    // Step 2. The operations.
+    // The operations.
     for (;;) {
         while (isBlank(*p) || *p == ';') ++p;
         if (!*p) break;

@@ -101,7 +101,7 @@ bool runEpdFile(const std::string& path, double seconds, EpdRun& run, FILE* out)
     std::vector<EpdEntry> entries;
     if (!readEpdFile(path, entries)) return false;
 
-    // Step 1. Which suite, and how long per position.
+    // Which suite, and how long per position.
     std::vector<std::string> ids;
     for (const EpdEntry& entry : entries)
         if (!entry.record.id.empty()) ids.push_back(entry.record.id);
@@ -113,7 +113,7 @@ bool runEpdFile(const std::string& path, double seconds, EpdRun& run, FILE* out)
     std::fprintf(out, "epd %s: %zu positions, %g s each%s%s\n", path.c_str(), entries.size(), seconds,
                  run.suite ? ", suite " : "", run.suite ? run.suite->name : "");
 
-    // Step 2. Each position on its own: an empty table, the time per position, no depth limit.
+    // Each position on its own: an empty table, the time per position, no depth limit.
     searchThread.stopSearch();
     SearchRequest request;
     request.clock =

@@ -27,7 +27,9 @@ uint32_t getTickCount() {
     return static_cast<uint32_t>(duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
 }
 
-void sleepMs(unsigned ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
+void sleepMs(unsigned ms) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(ms));
+}
 
 unsigned processorCount() {
     unsigned n = std::thread::hardware_concurrency();
@@ -156,7 +158,9 @@ namespace {
 std::atomic<uint32_t> randomState{1};
 }
 
-void seedRandom(uint32_t seed) { randomState.store(seed, std::memory_order_relaxed); }
+void seedRandom(uint32_t seed) {
+    randomState.store(seed, std::memory_order_relaxed);
+}
 
 int random15() {
     // The classic linear congruential step; bits 16..30 of the state are the result.

@@ -21,13 +21,13 @@ unsigned processorCount();
 
 // A manual-reset event: stays set until reset, wakes every waiter.
 class Event {
-public:
+  public:
     void set();
     void reset();
     void wait();
     bool isSet();
 
-private:
+  private:
     std::mutex mutex;
     std::condition_variable changed;
     bool signalled = false;

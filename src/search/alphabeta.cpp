@@ -11,8 +11,8 @@
 #include "eval/evaluate.h"
 #include "search/drawrules.h"
 #include "search/movesearch.h"
+#include "search/node.h"
 #include "search/parallel.h"
-#include "search/nodeutil.h"
 #include "search/picker.h"
 #include "search/searchthread.h"
 #include "search/timecontrol.h"
@@ -26,7 +26,9 @@ constexpr int FUTILITY_MARGIN[5] = {0, 50, 150, 450, 1150};
 constexpr int NULL_REDUCTION = 4;
 
 // Value class of a captured piece: pawn 1, knight and bishop 3, rook 5, queen 10; 0 for no capture.
-int capturedValue(Move move) { return isCapture(move) ? seeValue[capturedSlot(move) & 63] : 0; }
+int capturedValue(Move move) {
+    return isCapture(move) ? seeValue[capturedSlot(move) & 63] : 0;
+}
 
 // Extensions decided once the move is on the board (only when the node has not been extended already
 // and enough depth is left for them to matter).
@@ -35,7 +37,8 @@ int moveExtension(const Board& board, Move move, Move lastMove, int newDepth) {
     const uint32_t white = board.material[WHITE];
     const uint32_t black = board.material[BLACK];
     // A capture of a piece that leaves only kings and pawns: pawn endings need exact calculation.
-    if (pieceCount(white) + pieceCount(black) == 0 && isCapture(move) && !isPawnSlot(capturedSlot(move))) return 3;
+    if (pieceCount(white) + pieceCount(black) == 0 && isCapture(move) && !isPawnSlot(capturedSlot(move)))
+        return 3;
     // A recapture, when the material is about even for the depth left.
     if ((isCapture(lastMove) || promotionKind(lastMove) != 0) && moveTo(move) == moveTo(lastMove)) {
         const int balance = materialUnits(white) - materialUnits(black);
@@ -78,7 +81,8 @@ bool isExemptFromReduction(SearchThread& thread, Move move, int threatSquare) {
         const int behind = to - pawnStep(side);
         for (int guard : {behind - 1, behind + 1}) {
             const uint8_t occupant = board.at(guard);
-            if (occupant != EMPTY && occupant != OFF_BOARD && colourOfSlot(occupant) == side) worthExchange = true;
+            if (occupant != EMPTY && occupant != OFF_BOARD && colourOfSlot(occupant) == side)
+                worthExchange = true;
         }
     } else if (code & KNIGHT_BIT) {
         for (int step : KNIGHT_STEPS) {
@@ -92,14 +96,16 @@ bool isExemptFromReduction(SearchThread& thread, Move move, int threatSquare) {
     return worthExchange && see(board, side, move) >= 0;
 }
 
-// Step 23 for a move that reached beta: remember it in the table, the killers and the line.
-int failHigh(SearchThread& thread, const NodeState& node, Move move, Move made, int v, bool first, int stage) {
+// The cut-off of the move loop, for a move that reached beta: remember it in the table, the killers
+// and the line.
+int failHigh(SearchThread& thread, const NodeState& node, Move move, Move made, int v, bool first,
+             int stage) {
     SearchStats& stats = thread.stats;
     storeEntry(thread, node.ply, move, v, node.depth, TT_LOWER);
-    if (v > MATE_BOUND - 1) thread.mateKiller[node.ply] = move & KILLER_MASK;
+    if (v > MATE_BOUND - 1) thread.mateKiller[node.ply] = plainMove(move);
     stats.cutNodes.add();
     if (first) stats.firstCuts.add();
-    if (stage == 2 || stage == 3) stats.killerCuts.add();
+    if (isKillerStage(stage)) stats.killerCuts.add();
     if (isQuiet(move) && !node.inCheck) updateKillers(thread, node.ply, move);
     setLine(thread, node.ply, made);
     return v;
@@ -111,78 +117,66 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
     Board& board = thread.board;
     SearchStats& stats = thread.stats;
 
-    // Step 1. A stop request unwinds the whole tree.
+    // A stop request unwinds the whole tree.
     if (thread.stop.load(std::memory_order_relaxed)) return 0;
 
-    // Step 2. Only the root side's principal variation gets an extra ply at the horizon.
+    // Only the root side's principal variation gets an extra ply at the horizon.
     if (nodeType == NODE_PV && depth == 0 && (ply & 1) == 0 && !givesCheck(lastMove)) depth = 1;
 
-    // Step 3. Horizon.
+    // Horizon.
     if (depth < 1 || ply > 99) {
         stats.frontier.add();
         return quiescence(thread, ply, alpha, beta, 4, lastMove);
     }
 
-    // Step 4. Count the node and look at the clock now and then.
+    // Count the node and look at the clock now and then.
     stats.nodes.add();
     if (clockRanOut(stats.nodes.get())) {
         stopAllThreads();
         return 0;
     }
 
-    // Step 5.
+    // The line from here is empty until a move fills it.
     thread.pv[ply][0] = NO_MOVE;
 
-    // Step 6. The opponent moved back: we can move back too and repeat.
+    // The opponent moved back: we can move back too and repeat.
     if (const Move back = reversalDraw(board, ply, beta, lastMove)) {
         thread.pv[ply][0] = back;
         thread.pv[ply][1] = NO_MOVE;
         return DRAW;
     }
 
-    // Step 7. Fifty moves.
+    // Fifty moves.
     if (fiftyMoveDraw(board)) return DRAW;
 
-    // Step 8. Insufficient material.
+    // Insufficient material.
     if (insufficientMaterial(board)) return DRAW;
 
-    // Step 9. Repetition.
+    // Repetition.
     if (repetitionDraw(board, ply)) return DRAW;
 
     const bool inCheck = givesCheck(lastMove);
 
-    // Step 10. Mate-distance pruning: no line from here can be shorter than the one already found.
+    // Mate-distance pruning: no line from here can be shorter than the one already found.
     if (nodeType != NODE_PV) {
         if (const int bound = mateDistanceBound(ply, alpha, beta, inCheck)) return bound;
     }
 
-    // Step 11. Transposition table.
+    // Transposition table.
     Move hashMove = NO_MOVE;
     stats.ttProbes.add();
     TtEntry entry;
     if (tt.probe(board, entry)) {
         stats.ttHits.add();
         const int score = scoreFromTt(entry.score, ply);
-        if (nodeType != NODE_PV) {
-            bool cut;
-            if (entry.depth >= depth) {
-                cut = (entry.type == TT_LOWER && score >= beta) || (entry.type == TT_UPPER && score <= alpha) ||
-                      entry.type == TT_EXACT;
-            } else {
-                // A shallower entry still decides the node when it knows the game is won or lost.
-                cut = (score >= WON_BOUND && entry.type != TT_UPPER && score >= beta) ||
-                      (score <= -WON_BOUND && entry.type != TT_LOWER && score < alpha);
-            }
-            if (cut) {
-                stats.ttCuts.add();
-                thread.pv[ply][0] = entry.move;
-                thread.pv[ply][1] = NO_MOVE;
-                return score;
-            }
+        if (nodeType != NODE_PV && settlesNode(entry, score, depth, alpha, beta)) {
+            stats.ttCuts.add();
+            setLine(thread, ply, entry.move);
+            return score;
         }
-        const Move stored = entry.move & KILLER_MASK;
-        if (stored != NO_MOVE && entry.depth >= depth - 2 && !(entry.type == TT_UPPER && nodeType == NODE_PV) &&
-            isValidMove(board, stored)) {
+        const Move stored = plainMove(entry.move);
+        if (stored != NO_MOVE && entry.depth >= depth - 2 &&
+            !(entry.type == TT_UPPER && nodeType == NODE_PV) && isValidMove(board, stored)) {
             hashMove = stored;
             tt.prefetchAfter(board, hashMove);
         }
@@ -190,7 +184,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
 
     const int side = static_cast<int>(board.sideToMove);
 
-    // Step 12. Endgame bitbases.
+    // Endgame bitbases.
     const int men = pieceCount(board.material[WHITE]) + pieceCount(board.material[BLACK]) +
                     pawnCount(board.material[WHITE]) + pawnCount(board.material[BLACK]);
     const int probeLimit = egbb.maxMen() - 2;
@@ -199,14 +193,17 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
         int s;
         if (egbb.probe(board, s)) {
             if (s < -WON_BOUND && inCheck && alpha < -WON_BOUND && !hasEvasion(board)) return ply - MATE;
-            storeEntry(thread, ply, NO_MOVE, s, depth, s >= beta ? TT_LOWER : s <= alpha ? TT_UPPER : TT_EXACT);
+            storeEntry(thread, ply, NO_MOVE, s, depth,
+                       s >= beta    ? TT_LOWER
+                       : s <= alpha ? TT_UPPER
+                                    : TT_EXACT);
             if (men > alwaysProbeLimit && ply >= thread.probePlyLimit - 1) return s;
             if (s >= -(WON_BOUND - 1) && s <= WON_BOUND - 1) return s;
             if ((ply & 1) == 0 && s + 1000 < alpha) return alpha - 1000;
         }
     }
 
-    // Step 13. Mate killer: a move that mated here before is likely to cut again.
+    // Mate killer: a move that mated here before is likely to cut again.
     if (nodeType != NODE_PV && !inCheck && thread.mateKiller[ply] != NO_MOVE) {
         const Move killer = thread.mateKiller[ply];
         if (isValidMove(board, killer) && see(board, side, killer) >= 0) {
@@ -226,7 +223,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
         thread.mateKiller[ply] = NO_MOVE;
     }
 
-    // Step 14. Null move.
+    // Null move.
     const uint32_t ownMaterial = board.material[side];
     int threatSquare = NO_THREAT;
     Move threat = NO_MOVE;
@@ -263,13 +260,13 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
         if (threat != NO_MOVE) threatSquare = moveTo(threat);
     }
 
-    // Step 15. Internal iterative deepening finds a move to search first.
+    // Internal iterative deepening finds a move to search first.
     if (hashMove == NO_MOVE && depth > 1 && (nodeType == NODE_PV || (nodeType == NODE_CUT && depth > 2))) {
         const uint64_t before = stats.nodes.get() + stats.qnodes.get();
         const int v = alphaBeta(thread, ply, alpha, beta, depth - 2, lastMove, nodeType);
         stats.iidNodes.add(stats.nodes.get() + stats.qnodes.get() - before);
         if (thread.stop.load(std::memory_order_relaxed)) return 0;
-        const Move found = thread.pv[ply][0] & KILLER_MASK;
+        const Move found = plainMove(thread.pv[ply][0]);
         if (found != NO_MOVE && isValidMove(board, found)) hashMove = found;
         if (v >= MATE_BOUND && v >= beta) {
             thread.mateKiller[ply] = hashMove;
@@ -278,7 +275,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
         if (v < -(MATE_BOUND - 1) && v < alpha) return v;
     }
 
-    // Step 16. Check and single-reply extensions.
+    // Check and single-reply extensions.
     Picker picker = inCheck ? Picker::evasions(board)
                             : Picker::interior(board, thread.killer[ply][0], thread.killer[ply][1]);
     int newDepth = depth - 1;
@@ -293,8 +290,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
     const int alphaOnEntry = alpha;
     int searched = 0;  // legal moves searched or pruned
 
-    // Step 17 is applied to every move: moveExtension.
-    // Step 18. The hash move first, made inline before any move is generated.
+    // The hash move first, made inline before any move is generated.
     if (hashMove != NO_MOVE && !inCheck) {
         thread.eval.pawnHash.prefetchAfter(board, hashMove);
         const SavedState saved = saveState(board);
@@ -326,11 +322,11 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
         }
     }
 
-    // Step 19. Futility: near the leaves, quiet moves cannot lift a hopeless score up to alpha.
+    // Futility: near the leaves, quiet moves cannot lift a hopeless score up to alpha.
     int futility = -MATE;
     bool futilityPruning = false;
-    if (nodeType != NODE_PV && depth <= 4 && !inCheck && pieceCount(ownMaterial) > 0 && alpha >= -(WON_BOUND - 1) &&
-        alpha <= WON_BOUND - 1) {
+    if (nodeType != NODE_PV && depth <= 4 && !inCheck && pieceCount(ownMaterial) > 0 &&
+        alpha >= -(WON_BOUND - 1) && alpha <= WON_BOUND - 1) {
         const int e = evaluate(thread.eval, board);
         if (e < alpha) {
             futility = e + FUTILITY_MARGIN[depth];
@@ -339,13 +335,13 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
         }
     }
 
-    // Step 20. The move loop.
+    // The move loop.
     const bool mayReduce = depth >= 2 && !inCheck && alpha >= -(WON_BOUND - 1);
-    const NodeState node{ply,     beta,     depth,     newDepth, lastMove, threatSquare,
-                         inCheck, extended, mayReduce, futilityPruning};
+    const NodeState node{ply,          beta,    depth,    newDepth,  lastMove,
+                         threatSquare, inCheck, extended, mayReduce, futilityPruning};
     while (Move* batch = picker.next()) {
         const int stage = picker.stage;
-        if (stage == 4 && threat != NO_MOVE) picker.orderThreatEvasions(threat);
+        if (stage == PICK_QUIET && threat != NO_MOVE) picker.orderThreatEvasions(threat);
         for (Move* cursor = batch; cursor < picker.end; ++cursor) {
             const Move move = *cursor;
             if (move == NO_MOVE || (move == hashMove && !inCheck)) continue;
@@ -356,11 +352,13 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
                 cursor[1] != NO_MOVE)
                 tt.prefetchAfter(board, cursor[1]);
 
-            // Step 24. Offer the remaining moves to idle threads once the first move has shown that
+            // Offer the remaining moves to idle threads once the first move has shown that
             // the node must search them all. With a single search thread no node is deep enough.
-            if (depth >= thread.minSplitDepth && searched > 0 && thread.activeSplits < MAX_SPLITS_PER_THREAD) {
+            if (depth >= thread.minSplitDepth && searched > 0 &&
+                thread.activeSplits < MAX_SPLITS_PER_THREAD) {
                 SplitOutcome outcome{alpha, best, bestMove, NO_MOVE, 0};
-                if (splitNode(thread, node, nodeType, picker, cursor, inCheck ? NO_MOVE : hashMove, threat, outcome)) {
+                if (splitNode(thread, node, nodeType, picker, cursor, inCheck ? NO_MOVE : hashMove, threat,
+                              outcome)) {
                     if (thread.stop.load(std::memory_order_relaxed)) return 0;
                     if (outcome.best >= beta)
                         return failHigh(thread, node, outcome.cutMove, outcome.bestMove, outcome.best, false,
@@ -372,45 +370,39 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
                 }
             }
 
-            // Steps 21 and 22.
+            // Reduce, search or prune the move: searchMove.
             int v;
             Move made;
-            const MoveOutcome outcome = searchMove(thread, node, nodeType, alpha, searched == 0, move, stage, v, made);
+            const MoveOutcome outcome =
+                searchMove(thread, node, nodeType, alpha, searched == 0, move, stage, v, made);
             if (outcome == MoveOutcome::ILLEGAL) continue;
             const bool first = searched == 0;
             ++searched;
             if (outcome == MoveOutcome::PRUNED) continue;
 
-            // Step 23. See what the move brought.
+            // See what the move brought.
             if (thread.stop.load(std::memory_order_relaxed)) return 0;
             if (v >= beta) return failHigh(thread, node, move, made, v, first, stage);
-            if (v > best) {
-                best = v;
-                bestMove = made;
-                if (v > alpha) {
-                    alpha = v;
-                    copyLine(thread, ply, made);
-                    stats.alphaRaises.add();
-                }
-            }
+            if (v > best) bestMove = made;
+            if (raiseBest(thread, ply, made, v, best, alpha)) stats.alphaRaises.add();
             if (nodeType == NODE_CUT) nodeType = NODE_ALL;
         }
     }
 
-    // Step 25. No legal move: mate or stalemate.
+    // No legal move: mate or stalemate.
     if (searched == 0) {
         stats.endNodes.add();
         return inCheck ? ply - MATE : DRAW;
     }
 
-    // Step 26. Fail low.
+    // Fail low.
     if (best <= alphaOnEntry) {
         // A recapture that won more than the opponent's capture took may have been judged too
         // shallowly: search it once more a ply deeper. Only here, where no move reached alpha: a node
         // whose best move raised alpha has its exact score already.
         if (bestMove != NO_MOVE && moveTo(bestMove) == moveTo(lastMove) &&
             capturedValue(bestMove) > capturedValue(lastMove)) {
-            const Move move = bestMove & KILLER_MASK;
+            const Move move = plainMove(bestMove);
             const SavedState saved = saveState(board);
             if (const Move made = makeMove(board, move)) {
                 const int v = -alphaBeta(thread, ply + 1, -beta, -alpha, depth, made, -nodeType);
@@ -423,37 +415,30 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
                     setLine(thread, ply, made);
                     return v;
                 }
-                if (v > best) {
-                    best = v;
-                    if (v > alpha) {
-                        alpha = v;
-                        copyLine(thread, ply, made);
-                        stats.alphaRaises.add();
-                    }
-                }
+                if (raiseBest(thread, ply, made, v, best, alpha)) stats.alphaRaises.add();
             }
         }
         if (best <= alphaOnEntry) {
             stats.allNodes.add();
-            storeEntry(thread, ply, bestMove & KILLER_MASK, best, depth, TT_UPPER);
+            storeEntry(thread, ply, plainMove(bestMove), best, depth, TT_UPPER);
             return best;
         }
     }
 
-    // Step 27. Exact result.
+    // Exact result.
     stats.pvNodes.add();
-    storeEntry(thread, ply, bestMove & KILLER_MASK, best, depth, TT_EXACT);
+    storeEntry(thread, ply, plainMove(bestMove), best, depth, TT_EXACT);
     return best;
 }
 
-MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType, int alpha, bool first, Move move,
-                       int stage, int& score, Move& made, const std::atomic<int>* liveAlpha) {
+MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType, int alpha, bool first,
+                       Move move, int stage, int& score, Move& made, const std::atomic<int>* liveAlpha) {
     Board& board = thread.board;
     SearchStats& stats = thread.stats;
     const int side = static_cast<int>(board.sideToMove);
     if (exposesKing(board, board.kingSquare(side), moveFrom(move), moveTo(move))) return MoveOutcome::ILLEGAL;
 
-    const bool reductionCandidate = node.mayReduce && stage > 3;
+    const bool reductionCandidate = node.mayReduce && stage > PICK_KILLER_2;
     const bool exempt = reductionCandidate && isExemptFromReduction(thread, move, node.threatSquare);
     const bool passedPush = node.futilityPruning && isPawnSlot(board.at(moveFrom(move))) &&
                             (passedPawnFiles(thread, side) & (1 << fileOf(moveFrom(move))));
@@ -464,19 +449,19 @@ MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType
     made = makeMove(board, move);
     if (made == NO_MOVE) return MoveOutcome::ILLEGAL;
     tt.prefetch(board);
-    // Step 17.
+    // Per-move extensions.
     const int extension = node.extended ? 0 : moveExtension(board, made, node.lastMove, node.newDepth);
 
-    // Step 19, continued: skip hopeless quiet moves without a search.
+    // Futility, continued: skip hopeless quiet moves without a search.
     if (node.futilityPruning && extension == 0 && !givesCheck(made) && !passedPush) {
         takeBack(board, made, saved);
         stats.qnodes.add();
         stats.frontier.add();
         return MoveOutcome::PRUNED;
     }
-    if (stage == 2 || stage == 3) stats.killerTries.add();
+    if (isKillerStage(stage)) stats.killerTries.add();
 
-    // Step 21. Late-move reduction.
+    // Late-move reduction.
     const int ply = node.ply;
     const int beta = node.beta;
     int v = 0;
@@ -490,7 +475,7 @@ MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType
             stats.reduceFails.add();
     }
 
-    // Step 22. Full-depth search, null window first at later moves of PV nodes.
+    // Full-depth search, null window first at later moves of PV nodes.
     if (!done) {
         const int d = node.newDepth + extension;
         if (first || nodeType != NODE_PV) {
@@ -498,7 +483,8 @@ MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType
         } else {
             v = -alphaBeta(thread, ply + 1, -alpha - 1, -alpha, d, made, NODE_CUT);
             if (v > alpha && !thread.stop.load(std::memory_order_relaxed)) {
-                if (liveAlpha) alpha = std::clamp(liveAlpha->load(std::memory_order_relaxed), alpha, beta - 1);
+                if (liveAlpha)
+                    alpha = std::clamp(liveAlpha->load(std::memory_order_relaxed), alpha, beta - 1);
                 v = -alphaBeta(thread, ply + 1, -beta, -alpha, d, made, NODE_PV);
             }
         }

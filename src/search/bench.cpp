@@ -43,7 +43,9 @@ constexpr const char* POSITIONS[] = {
 
 }  // namespace
 
-std::span<const char* const> benchPositions() { return POSITIONS; }
+std::span<const char* const> benchPositions() {
+    return POSITIONS;
+}
 
 BenchResult runBench(int depth, void (*perPosition)(int index, uint64_t nodes, uint32_t ms)) {
     // Depth alone ends each search: no clock, no listener, no output.

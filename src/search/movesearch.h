@@ -32,5 +32,6 @@ enum class MoveOutcome {
 // node's side; it means nothing when the thread's stop flag is set afterwards. Threads sharing a split
 // point pass its alpha as liveAlpha: another thread may have raised it while this move was searched, and
 // a re-search with the full window starts from the higher value.
-MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType, int alpha, bool first, Move move,
-                       int stage, int& score, Move& made, const std::atomic<int>* liveAlpha = nullptr);
+MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType, int alpha, bool first,
+                       Move move, int stage, int& score, Move& made,
+                       const std::atomic<int>* liveAlpha = nullptr);

@@ -1,12 +1,13 @@
 #include "search/parallel.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstdio>
 
 #include "board/makemove.h"
 #include "frontend/util/log.h"
 #include "platform/platform.h"
-#include "search/nodeutil.h"
+#include "search/node.h"
 #include "search/report.h"
 #include "search/timecontrol.h"
 
@@ -16,13 +17,13 @@ namespace {
 struct WorkerSlot {
     platform::Event idle;  // set while the worker sleeps between searches
     platform::Event wake;
-    bool running = false;                         // the worker thread exists (main thread only)
-    std::atomic<bool> waiting{false};             // the idle flag: free to be taken by a split point
-    std::atomic<SplitPoint*> current{nullptr};    // the split point the slot works under
-    std::atomic<uint32_t> wokenAt{0};             // tick of the wake-up
-    std::atomic<uint32_t> activeMs{0};            // wake-up to sleep, for the statistics
-    std::atomic<uint32_t> adminMs{0};             // replaying and taking back paths
-    std::atomic<uint32_t> kills{0};               // threads this slot stopped on a fail high
+    bool running = false;                       // the worker thread exists (main thread only)
+    std::atomic<bool> waiting{false};           // the idle flag: free to be taken by a split point
+    std::atomic<SplitPoint*> current{nullptr};  // the split point the slot works under
+    std::atomic<uint32_t> wokenAt{0};           // tick of the wake-up
+    std::atomic<uint32_t> activeMs{0};          // wake-up to sleep, for the statistics
+    std::atomic<uint32_t> adminMs{0};           // replaying and taking back paths
+    std::atomic<uint32_t> kills{0};             // threads this slot stopped on a fail high
 
     WorkerSlot() { idle.set(); }
 };
@@ -33,7 +34,7 @@ struct SplitState {
     std::atomic<int> idleCount{0};
     std::atomic<int> threadsInUse{1};
     std::atomic<bool> oversubscribed{false};  // more search threads than processors
-    std::atomic<bool> searchDone{true};  // sends the workers back to sleep
+    std::atomic<bool> searchDone{true};       // sends the workers back to sleep
     // The position the search starts from, written only while every worker sleeps.
     Board root;
     uint32_t rootPly = 0;
@@ -43,7 +44,9 @@ struct SplitState {
 
 SplitState& smp = *new SplitState;
 
-void addMs(std::atomic<uint32_t>& counter, uint32_t ms) { counter.fetch_add(ms, std::memory_order_relaxed); }
+void addMs(std::atomic<uint32_t>& counter, uint32_t ms) {
+    counter.fetch_add(ms, std::memory_order_relaxed);
+}
 
 // Whether `target` is `from` or lies on its parent chain. Chains are at most eight split points per
 // thread deep; the bound only guards against a chain that is being rebuilt.
@@ -101,7 +104,8 @@ void searchSplitPoint(SearchThread& thread, SplitPoint& sp) {
         }
         int v;
         Move made;
-        if (searchMove(thread, node, nodeType, alpha, false, move, stage, v, made, &sp.alpha) != MoveOutcome::SEARCHED ||
+        if (searchMove(thread, node, nodeType, alpha, false, move, stage, v, made, &sp.alpha) !=
+                MoveOutcome::SEARCHED ||
             thread.stop.load(std::memory_order_relaxed))
             continue;
 
@@ -150,6 +154,8 @@ void join(SearchThread& thread, SplitPoint& sp, SplitPoint* back) {
             made[i] = makeMove(board, sp.path[i]);
         }
     }
+    // The helper stood on a prefix of the path and now stands on the split node.
+    assert(static_cast<int>(board.ply - smp.rootPly) == sp.pathLength);
     spinUntil([&] { return sp.state.load() == SPLIT_OPEN; });
     uint32_t now = platform::getTickCount();
     addMs(self.adminMs, now - start);
@@ -196,7 +202,8 @@ void waitForHelpers(SearchThread& thread, SplitPoint& sp) {
 int listRemainingMoves(SplitPoint& sp, Picker& picker, Move* cursor, Move skip, Move threat) {
     int count = 0;
     for (Move* batch = cursor; batch; batch = picker.next()) {
-        if (batch != cursor && picker.stage == PICK_QUIET && threat != NO_MOVE) picker.orderThreatEvasions(threat);
+        if (batch != cursor && picker.stage == PICK_QUIET && threat != NO_MOVE)
+            picker.orderThreatEvasions(threat);
         for (Move* move = batch; move < picker.end && count < SPLIT_MOVES; ++move) {
             if (*move == NO_MOVE || *move == skip) continue;
             sp.moves[count] = *move;
@@ -213,7 +220,7 @@ void workerLoop(int i) {
     WorkerSlot& self = smp.slots[i];
     Log log;
     for (;;) {
-        // Step 1. Sleep until a search starts.
+        // Sleep until a search starts.
         log.debug("thread %i: sleep()\n", i);
         self.activeMs.store(platform::getTickCount() - self.wokenAt.load());
         self.idle.set();
@@ -221,7 +228,7 @@ void workerLoop(int i) {
         self.wake.reset();
         log.debug("thread %i: awoke()\n", i);
 
-        // Step 2.
+        // Awake: start the clocks afresh and take the root position.
         self.wokenAt.store(platform::getTickCount());
         self.adminMs.store(0);
         self.kills.store(0);
@@ -230,25 +237,25 @@ void workerLoop(int i) {
         thread.minSplitDepth = minimumSplitDepth();
 
         for (;;) {
-            // Step 3. Surplus threads sleep too once the count has been lowered.
+            // Surplus threads sleep too once the count has been lowered.
             thread.stop.store(0);
             if (smp.searchDone.load() || i >= smp.threadsInUse.load()) break;
 
-            // Step 4.
+            // Offer the slot as idle.
             const uint32_t start = platform::getTickCount();
             smp.lock.lock();
             self.waiting.store(true);
             smp.idleCount.fetch_add(1);
             smp.lock.unlock();
 
-            // Step 5.
+            // Wait for a split point to join, or for the search to end.
             spinUntil([&] {
                 return self.current.load() || thread.stop.load() || smp.searchDone.load() ||
                        i >= smp.threadsInUse.load();
             });
             thread.stats.splitWaitMs.add(platform::getTickCount() - start);
 
-            // Step 6. A slot taken at the moment it was stopped still joins: its split point counts
+            // A slot taken at the moment it was stopped still joins: its split point counts
             // on it to leave.
             smp.lock.lock();
             SplitPoint* sp = self.current.load();
@@ -291,9 +298,13 @@ void setThreads(int count) {
     log.info("started %i new worker threads\n", started);
 }
 
-int threadCount() { return smp.threadsInUse.load(); }
+int threadCount() {
+    return smp.threadsInUse.load();
+}
 
-int minimumSplitDepth() { return smp.threadsInUse.load() < 2 ? NO_SPLIT_DEPTH : 1; }
+int minimumSplitDepth() {
+    return smp.threadsInUse.load() < 2 ? NO_SPLIT_DEPTH : 1;
+}
 
 void waitForWorkers() {
     for (int i = 1; i < MAX_THREADS; ++i) smp.slots[i].idle.wait();
@@ -320,17 +331,17 @@ void stopAllThreads() {
 }
 
 int trySplit(SearchThread& thread, SplitPoint& sp) {
-    // Step 1.
+    // Nobody idle, or the lock busy: search alone.
     if (smp.idleCount.load(std::memory_order_relaxed) == 0) return 0;
     if (!smp.lock.try_lock()) return 0;
 
-    // Step 2.
+    // Nor when this thread has been stopped meanwhile.
     if (thread.stop.load()) {
         smp.lock.unlock();
         return 0;
     }
 
-    // Step 3.
+    // Link the split point under the one this slot already works at.
     WorkerSlot& self = smp.slots[thread.slot];
     SplitPoint* current = self.current.load();
     sp.parent.store(current);
@@ -339,7 +350,7 @@ int trySplit(SearchThread& thread, SplitPoint& sp) {
     sp.working.store(1);
     thread.stats.splitNodes.add();
 
-    // Step 4. A slot waiting at a split point of its own may only help below it, where its helpers are.
+    // A slot waiting at a split point of its own may only help below it, where its helpers are.
     const int inUse = smp.threadsInUse.load();
     int taken = 0;
     for (int i = 0; i < inUse; ++i) {
@@ -354,7 +365,7 @@ int trySplit(SearchThread& thread, SplitPoint& sp) {
         ++taken;
     }
 
-    // Step 5.
+    // No helper came: search alone.
     if (taken == 0) {
         smp.lock.unlock();
         return 0;
@@ -366,10 +377,13 @@ int trySplit(SearchThread& thread, SplitPoint& sp) {
     return 1;
 }
 
-bool splitNode(SearchThread& thread, const NodeState& node, int nodeType, Picker& picker, Move* cursor, Move skip,
-               Move threat, SplitOutcome& outcome) {
+bool splitNode(SearchThread& thread, const NodeState& node, int nodeType, Picker& picker, Move* cursor,
+               Move skip, Move threat, SplitOutcome& outcome) {
     if (smp.idleCount.load(std::memory_order_relaxed) == 0) return false;
     SplitPoint& sp = smp.splitPoints[thread.slot * MAX_SPLITS_PER_THREAD + thread.activeSplits];
+    // Each depth of the thread's splits has its own record, so none is in use here; a split that found
+    // no helper leaves its record linked but unused.
+    assert(sp.state.load() <= SPLIT_LINKED);
     sp.node = node;
     sp.probePlyLimit = thread.probePlyLimit;
     sp.pathLength = node.ply;
@@ -400,6 +414,7 @@ bool splitNode(SearchThread& thread, const NodeState& node, int nodeType, Picker
     std::lock_guard<SpinLock> guard(sp.lock);
     outcome = {sp.alpha, sp.best, sp.bestMove, sp.cutMove, sp.cutStage};
     if (sp.lineChanged) std::copy(sp.line, sp.line + MAX_PLY, thread.pv[node.ply]);
+    assert(sp.working.load() == 1);  // every helper has left
     sp.state.store(SPLIT_FREE);
     return true;
 }

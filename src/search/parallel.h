@@ -40,13 +40,13 @@ struct SplitOutcome {
     int cutStage;   // ... and its picker stage
 };
 
-// Step 24 of alphaBeta: offers the node's remaining moves (the picker's, from cursor on, without
-// skip) to idle threads and searches them with whoever joins. False, with nothing changed, when no
-// thread joined. True once every move is searched or one failed high: outcome holds the node's
+// The split of alphaBeta's move loop: offers the node's remaining moves (the picker's, from cursor on,
+// without skip) to idle threads and searches them with whoever joins. False, with nothing changed, when
+// no thread joined. True once every move is searched or one failed high: outcome holds the node's
 // result, and the thread's line at the node is updated when alpha rose. The result means nothing
 // when the thread's stop flag is set afterwards.
-bool splitNode(SearchThread& thread, const NodeState& node, int nodeType, Picker& picker, Move* cursor, Move skip,
-               Move threat, SplitOutcome& outcome);
+bool splitNode(SearchThread& thread, const NodeState& node, int nodeType, Picker& picker, Move* cursor,
+               Move skip, Move threat, SplitOutcome& outcome);
 
 // The "smp", "master" and "slave" lines of the statistics block.
 std::string splitStatistics();

@@ -1,6 +1,7 @@
 #include "search/picker.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstdlib>
 
 #include "board/movegen.h"
@@ -98,6 +99,7 @@ Picker Picker::quiescence(Board& board, Move hashMove, int deltaThreshold, bool 
 }
 
 Move* Picker::next() {
+    [[maybe_unused]] const int previous = stage;
     while (stage != PICK_DONE) {
         Move* batch = nullptr;
         switch (++stage) {
@@ -145,7 +147,13 @@ Move* Picker::next() {
                 stage = PICK_DONE;
                 return nullptr;
         }
-        if (batch != end) return batch;
+        if (batch != end) {
+            // The search reads the stage as the batch's kind: stages only rise, each batch comes once,
+            // and no batch runs past the picker's room.
+            assert(stage > previous && stage < PICK_DONE);
+            assert(isKillerStage(stage) || (moves <= batch && batch < end && end <= moves + 2 * MAX_MOVES));
+            return batch;
+        }
     }
     return nullptr;
 }
@@ -242,7 +250,7 @@ Move* Picker::pawnPushes() {
         const int to = from + forward;
         if (b.at(to) != EMPTY || exposesKing(b, ownKing, from, to)) continue;
         const Move move = makeMoveWord(from, to);
-        if (std::any_of(checksBegin, checksEnd, [&](Move c) { return (c & ~MOVE_CHECKS) == move; })) continue;
+        if (std::any_of(checksBegin, checksEnd, [&](Move c) { return plainMove(c) == move; })) continue;
         if (see(b, side, move) < 0) continue;
         keys[last - checksEnd] = kingDistance(enemyKing, to + forward);
         *last++ = move;

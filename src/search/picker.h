@@ -31,6 +31,10 @@ enum PickerStage : int {
     PICK_DONE = 13,
 };
 
+constexpr bool isKillerStage(int stage) {
+    return stage == PICK_KILLER_1 || stage == PICK_KILLER_2;
+}
+
 struct Picker {
     Board* board;
     int stage;

@@ -8,7 +8,7 @@
 #include "eval/egbb.h"
 #include "eval/evaluate.h"
 #include "search/drawrules.h"
-#include "search/nodeutil.h"
+#include "search/node.h"
 #include "search/picker.h"
 #include "search/searchthread.h"
 #include "search/tt.h"
@@ -50,7 +50,7 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
     Board& board = thread.board;
     SearchStats& stats = thread.stats;
 
-    // Step 1.
+    // Stop, count the node, watch the clock and end the line here.
     if (thread.stop.load(std::memory_order_relaxed)) return 0;
     thread.seldepth = std::max(thread.seldepth, ply);
     stats.qnodes.add();
@@ -60,7 +60,7 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
     }
     thread.pv[ply][0] = NO_MOVE;
 
-    // Step 2. The draw rules.
+    // The draw rules.
     if (!isCapture(lastMove)) {
         if (const Move back = reversalDraw(board, ply, beta, lastMove)) {
             setLine(thread, ply, back);
@@ -73,19 +73,19 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
     const int side = static_cast<int>(board.sideToMove);
     const uint32_t ownMaterial = board.material[side];
 
-    // Step 3. Stalemate of a side with king and pawns only.
+    // Stalemate of a side with king and pawns only.
     if (!inCheck && pieceCount(ownMaterial) == 0 && !pawnSideCanMove(board, side)) return DRAW;
 
-    // Step 4. Mate-distance pruning at null-window nodes.
+    // Mate-distance pruning at null-window nodes.
     const bool nullWindow = beta == alpha + 1;
     if (nullWindow) {
         if (const int bound = mateDistanceBound(ply, alpha, beta, inCheck)) return bound;
     }
 
-    // Step 5. The line arrays end here.
+    // The line arrays end here.
     if (ply > QUIESCENCE_PLY_LIMIT) return evaluate(thread.eval, board);
 
-    // Step 6. Transposition table, at the depth this level stores with.
+    // Transposition table, at the depth this level stores with.
     const int depth = qdepth - 4;
     Move hashMove = NO_MOVE;
     stats.ttProbes.add();
@@ -93,22 +93,12 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
     if (tt.probe(board, entry)) {
         stats.ttHits.add();
         const int score = scoreFromTt(entry.score, ply);
-        if (nullWindow) {
-            bool cut;
-            if (entry.depth >= depth) {
-                cut = (entry.type == TT_LOWER && score >= beta) || (entry.type == TT_UPPER && score <= alpha) ||
-                      entry.type == TT_EXACT;
-            } else {
-                cut = (score >= WON_BOUND && entry.type != TT_UPPER && score >= beta) ||
-                      (score <= -WON_BOUND && entry.type != TT_LOWER && score < alpha);
-            }
-            if (cut) {
-                stats.ttCuts.add();
-                setLine(thread, ply, entry.move);
-                return score;
-            }
+        if (nullWindow && settlesNode(entry, score, depth, alpha, beta)) {
+            stats.ttCuts.add();
+            setLine(thread, ply, entry.move);
+            return score;
         }
-        hashMove = entry.move & KILLER_MASK;
+        hashMove = plainMove(entry.move);
         // The hash move sorts first: its child's entry loads during the evaluation below.
         if (hashMove != NO_MOVE) tt.prefetchAfter(board, hashMove);
     }
@@ -120,11 +110,11 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
     bool withChecks = false;
 
     if (inCheck) {
-        // Step 7. In check every evasion is searched; there is no standing pat. The replies keep this
+        // In check every evasion is searched; there is no standing pat. The replies keep this
         // level's depth: a check met at the horizon leaves the position as unsettled as it found it.
         childQdepth = qdepth;
     } else {
-        // Step 8. Stand pat, or the bitbases' verdict.
+        // Stand pat, or the bitbases' verdict.
         if (beta <= -(MATE - 1000)) return -(MATE - 1000);
         int e = 0;
         if (alpha < MATE - 1000) {
@@ -139,12 +129,14 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
         } else {
             best = MATE - 1000;
         }
-        const bool piecesBothSides = pieceCount(board.material[WHITE]) > 0 && pieceCount(board.material[BLACK]) > 0;
+        const bool piecesBothSides =
+            pieceCount(board.material[WHITE]) > 0 && pieceCount(board.material[BLACK]) > 0;
         delta = nullWindow && piecesBothSides ? alpha - e - DELTA_MARGIN : 0;
         childQdepth = qdepth / 4;
         withChecks = qdepth > 0;
     }
-    Picker picker = inCheck ? Picker::evasions(board) : Picker::quiescence(board, hashMove, delta, withChecks);
+    Picker picker =
+        inCheck ? Picker::evasions(board) : Picker::quiescence(board, hashMove, delta, withChecks);
     // Below the first level, a forced reply keeps the checking sequence alive; a wide choice of
     // replies ends it.
     if (inCheck && qdepth < 4) {
@@ -152,7 +144,7 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
         if (picker.evasionCount() > 3) childQdepth = 0;
     }
 
-    // Step 9. The moves.
+    // The moves.
     const int kingSquare = board.kingSquare(side);
     int searched = 0;
     while (Move* batch = picker.next()) {
@@ -161,8 +153,7 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
             if (move == NO_MOVE) continue;
             // The next move's table entry loads while this one is searched; the picker asked for the
             // captures' entries already.
-            if (picker.stage != PICK_QUIESCENCE_CAPTURES && cursor + 1 < picker.end &&
-                cursor[1] != NO_MOVE)
+            if (picker.stage != PICK_QUIESCENCE_CAPTURES && cursor + 1 < picker.end && cursor[1] != NO_MOVE)
                 tt.prefetchAfter(board, cursor[1]);
             if (exposesKing(board, kingSquare, moveFrom(move), moveTo(move))) continue;
             thread.eval.pawnHash.prefetchAfter(board, move);
@@ -183,23 +174,18 @@ int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, M
             ++searched;
             if (v >= beta) {
                 storeEntry(thread, ply, move, v, depth, TT_LOWER);
-                if (v >= MATE_BOUND) thread.mateKiller[ply] = move & KILLER_MASK;
+                if (v >= MATE_BOUND) thread.mateKiller[ply] = plainMove(move);
                 if (isQuiet(move) && !inCheck) updateKillers(thread, ply, move);
                 setLine(thread, ply, made);
                 return v;
             }
-            if (v > best) {
-                best = v;
-                if (v > alpha) {
-                    alpha = v;
-                    copyLine(thread, ply, made);
-                }
-            }
+            raiseBest(thread, ply, made, v, best, alpha);
         }
     }
 
-    // Step 10.
+    // Mate when in check without an evasion; else the best score, exact when it rose above alpha.
     if (inCheck && searched == 0) return ply - MATE;
-    storeEntry(thread, ply, thread.pv[ply][0] & KILLER_MASK, best, depth, best > alphaOnEntry ? TT_EXACT : TT_UPPER);
+    storeEntry(thread, ply, plainMove(thread.pv[ply][0]), best, depth,
+               best > alphaOnEntry ? TT_EXACT : TT_UPPER);
     return best;
 }

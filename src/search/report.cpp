@@ -13,7 +13,9 @@
 
 namespace {
 
-double percent(uint64_t part, uint64_t whole) { return whole ? 100.0 * double(part) / double(whole) : 0.0; }
+double percent(uint64_t part, uint64_t whole) {
+    return whole ? 100.0 * double(part) / double(whole) : 0.0;
+}
 
 void append(std::string& text, const char* format, ...) __attribute__((format(printf, 2, 3)));
 void append(std::string& text, const char* format, ...) {
@@ -29,9 +31,8 @@ void append(std::string& text, const char* format, ...) {
 std::string lineHead(const SearchThread& thread, int score) {
     const uint32_t seconds = timeControl.elapsed() / 1000;
     std::string text;
-    append(text, "%2i/%-2i %2i:%02i:%02i %8s %8s ", thread.iterationDepth(), thread.seldepth,
-           seconds / 3600, seconds / 60 % 60, seconds % 60, formatCount(totalNodes()).c_str(),
-           formatScore(score).c_str());
+    append(text, "%2i/%-2i %2i:%02i:%02i %8s %8s ", thread.iterationDepth(), thread.seldepth, seconds / 3600,
+           seconds / 60 % 60, seconds % 60, formatCount(totalNodes()).c_str(), formatScore(score).c_str());
     return text;
 }
 
@@ -75,7 +76,7 @@ void printLine(SearchThread& thread, int score, const char* note) {
     // The moves are written on a copy of the root position so that each gets its piece letter.
     Board line = thread.board;
     for (const Move* move = thread.principalVariation(); *move != NO_MOVE; ++move) {
-        const Move made = makeMove(line, *move & 0x3FFFFF7F);
+        const Move made = makeMove(line, plainMove(*move));
         if (made == NO_MOVE) break;
         char word[MOVE_TEXT_SIZE];
         moveToText(line, word, made);
@@ -105,19 +106,20 @@ void logStatistics(SearchThread&) {
     const uint64_t all = nodes + sum.qnodes.get();
     const uint32_t ms = timeControl.elapsed();
     std::string text;
-    append(text, "nodes  : i=%5.2f%%, f=%5.2f%%, q=%5.2f%%", percent(nodes, all), percent(sum.frontier.get(), all),
-           percent(sum.qnodes.get(), all));
+    append(text, "nodes  : i=%5.2f%%, f=%5.2f%%, q=%5.2f%%", percent(nodes, all),
+           percent(sum.frontier.get(), all), percent(sum.qnodes.get(), all));
     text += ", nps=" + formatCount(ms ? all * 1000 / ms : all);
-    append(text, "\ninodes : pv=%5.2f%%, cut=%5.2f%%, all=%5.2f%%, end=%5.2f%%\n", percent(sum.pvNodes.get(), nodes),
-           percent(sum.cutNodes.get() + sum.nullCuts.get(), nodes), percent(sum.allNodes.get(), nodes),
-           percent(sum.endNodes.get(), nodes));
+    append(text, "\ninodes : pv=%5.2f%%, cut=%5.2f%%, all=%5.2f%%, end=%5.2f%%\n",
+           percent(sum.pvNodes.get(), nodes), percent(sum.cutNodes.get() + sum.nullCuts.get(), nodes),
+           percent(sum.allNodes.get(), nodes), percent(sum.endNodes.get(), nodes));
     text += "tt     : probes=" + formatCount(sum.ttProbes.get());
     append(text, ", hits=%5.2f%%, cuts=%5.2f%%", percent(sum.ttHits.get(), sum.ttProbes.get()),
            percent(sum.ttCuts.get(), sum.ttProbes.get()));
     append(text, ", upd=%5.2f%%, full=%5.2f%%\n",
            percent(sum.ttUpdates.get(), sum.ttUpdates.get() + sum.ttReplacements.get()),
            tt.filling(sum.ttReplacements.get() - sum.ttSameAgeReplacements.get()));
-    append(text, "order  : 1stpv=%5.2f%%, 1stcut=%5.2f%%\n", percent(sum.alphaRaises.get(), sum.pvNodes.get()),
+    append(text, "order  : 1stpv=%5.2f%%, 1stcut=%5.2f%%\n",
+           percent(sum.alphaRaises.get(), sum.pvNodes.get()),
            percent(sum.firstCuts.get(), sum.cutNodes.get()));
     append(text, "killers: %5.2f%%, #=%i/%i, killed=%5.2f%%\n", percent(sum.killerTries.get(), nodes),
            static_cast<int>(sum.killerCuts.get()), static_cast<int>(sum.killerTries.get()),

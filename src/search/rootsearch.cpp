@@ -5,13 +5,12 @@
 #include <cstdlib>
 #include <utility>
 
-#include "board/makemove.h"
-#include "board/movegen.h"
+#include "board/legalmoves.h"
 #include "board/notation.h"
 #include "board/see.h"
 #include "eval/evaluate.h"
 #include "frontend/util/log.h"
-#include "search/nodeutil.h"
+#include "search/node.h"
 #include "search/parallel.h"
 #include "search/report.h"
 #include "search/searchthread.h"
@@ -48,27 +47,21 @@ bool stopRequested(SearchThread& thread) {
 
 // Fills the root list with the legal moves, ordered at first by a capture-only quiescence look at each.
 void SearchThread::generateRootMoves() {
-    Log log;
-    MoveList list;
-    Move* end = board.inCheck() ? generateEvasions(board, list) : generateMoves(board, list);
     int count = 0;
-    for (Move* move = list; move < end; ++move) {
-        const SavedState saved = saveState(board);
-        const Move made = makeMove(board, *move);
-        if (made == NO_MOVE) {
-            char text[MOVE_TEXT_SIZE];
-            moveToText(board, text, *move);
-            log.info("Dropped rootmove: %s\n", text);
-            continue;
-        }
-        RootMove& entry = driver->moves[count];
-        entry.move = made;
-        entry.score = -quiescence(*this, 1, -MATE, MATE, 0, made);
-        entry.key = entry.score;
-        entry.secondaryKey = -count;  // generator order among equals
-        takeBack(board, made, saved);
+    auto add = [&](Move made) {
+        RootMove& root = driver->moves[count];
+        root.move = made;
+        root.score = -quiescence(*this, 1, -MATE, MATE, 0, made);
+        root.key = root.score;
+        root.secondaryKey = -count;  // generator order among equals
         ++count;
-    }
+    };
+    auto drop = [&](Move move) {
+        char text[MOVE_TEXT_SIZE];
+        moveToText(board, text, move);
+        Log().info("Dropped rootmove: %s\n", text);
+    };
+    forEachLegalMove(board, add, drop);
     driver->count.store(count, std::memory_order_relaxed);
 }
 
@@ -77,7 +70,7 @@ void SearchThread::generateRootMoves() {
 void SearchThread::trimRootLine() {
     Board line = board;
     for (Move* move = pv[0]; *move != NO_MOVE; ++move) {
-        const Move plain = *move & KILLER_MASK;
+        const Move plain = plainMove(*move);
         const Move made = isValidMove(line, plain) ? makeMove(line, plain) : NO_MOVE;
         if (made == NO_MOVE) {
             *move = NO_MOVE;
@@ -94,7 +87,7 @@ int SearchThread::startDepth() {
     if (!tt.probe(board, entry) || entry.move == NO_MOVE || entry.type == TT_UPPER) return 1;
     const int count = driver->count.load(std::memory_order_relaxed);
     for (int i = 0; i < count; ++i) {
-        if ((driver->moves[i].move & KILLER_MASK) != (entry.move & KILLER_MASK)) continue;
+        if (plainMove(driver->moves[i].move) != plainMove(entry.move)) continue;
         char text[MOVE_TEXT_SIZE];
         moveToText(board, text, driver->moves[i].move);
         Log().info("[tt] %s\n", text);
@@ -184,7 +177,7 @@ void SearchThread::adoptBestMove(int d, int score, Move made) {
     trimRootLine();
     if (SearchListener* listener = driver->request.listener) listener->reportLine(report(d, score, made));
     printLine(*this, score, nullptr);
-    storeEntry(*this, 0, made & KILLER_MASK, score, d, TT_LOWER);
+    storeEntry(*this, 0, plainMove(made), score, d, TT_LOWER);
 }
 
 // Before the first iteration the moves are ordered by their quiescence score. After each iteration

@@ -15,7 +15,9 @@ constexpr int NODE_ALL = -1;
 constexpr int MAX_DEPTH = 120;  // deepest iteration
 constexpr int MAX_PLY = 128;    // plies the pv and killer arrays cover; quiescence stops at ply 120
 
-constexpr bool isMateScore(int score) { return score >= MATE_BOUND || score <= -MATE_BOUND; }
+constexpr bool isMateScore(int score) {
+    return score >= MATE_BOUND || score <= -MATE_BOUND;
+}
 
 // The table keeps mate scores relative to the node that stored them, so that a mate found along one
 // path reads right when the position is reached at another ply.

@@ -117,7 +117,8 @@ SearchReport SearchThread::report(int depthReached, int score, Move best) const 
 
 uint64_t totalNodes() {
     uint64_t sum = 0;
-    for (const SearchThread& thread : searchThreads) sum += thread.stats.nodes.get() + thread.stats.qnodes.get();
+    for (const SearchThread& thread : searchThreads)
+        sum += thread.stats.nodes.get() + thread.stats.qnodes.get();
     return sum;
 }
 

@@ -40,7 +40,7 @@ struct SearchReport {
 
 // How a protocol hears of a running search. All calls come on the search thread.
 class SearchListener {
-public:
+  public:
     virtual ~SearchListener() = default;
     // The search has ended; the report's best move is the move to play.
     virtual void finish(const SearchReport& report) = 0;

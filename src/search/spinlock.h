@@ -22,7 +22,7 @@ inline void spinPause(int& round, bool mayYield) {
 // A lock word taken by atomic exchange, held for a few instructions at a time; usable with
 // std::lock_guard.
 class SpinLock {
-public:
+  public:
     void lock() {
         // A long wait means the holder lost its core: let it have one.
         for (int round = 0; word.exchange(1, std::memory_order_acquire);)
@@ -32,6 +32,6 @@ public:
     bool try_lock() { return word.exchange(1, std::memory_order_acquire) == 0; }
     void unlock() { word.store(0, std::memory_order_release); }
 
-private:
+  private:
     std::atomic<int> word{0};
 };

@@ -9,30 +9,32 @@
 struct Counter {
     std::atomic<uint64_t> value{0};
 
-    void add(uint64_t n = 1) { value.store(value.load(std::memory_order_relaxed) + n, std::memory_order_relaxed); }
+    void add(uint64_t n = 1) {
+        value.store(value.load(std::memory_order_relaxed) + n, std::memory_order_relaxed);
+    }
     uint64_t get() const { return value.load(std::memory_order_relaxed); }
     void clear() { value.store(0, std::memory_order_relaxed); }
 };
 
 struct SearchStats {
-    Counter nodes;        // interior nodes entered
-    Counter qnodes;       // quiescence nodes entered, plus moves pruned by futility
-    Counter frontier;     // calls into quiescence from alphaBeta, plus moves pruned by futility
+    Counter nodes;     // interior nodes entered
+    Counter qnodes;    // quiescence nodes entered, plus moves pruned by futility
+    Counter frontier;  // calls into quiescence from alphaBeta, plus moves pruned by futility
     Counter pvNodes;
     Counter cutNodes;
     Counter allNodes;
-    Counter endNodes;     // nodes without a legal move
+    Counter endNodes;  // nodes without a legal move
     Counter ttProbes;
     Counter ttHits;
     Counter ttCuts;
-    Counter ttUpdates;            // a store rewrote an entry of the same position
-    Counter ttReplacements;       // a store took a slot of another position
+    Counter ttUpdates;              // a store rewrote an entry of the same position
+    Counter ttReplacements;         // a store took a slot of another position
     Counter ttSameAgeReplacements;  // ... whose age was the current one
     Counter nullTries;
     Counter nullCuts;
-    Counter nullNodes;    // nodes spent below null moves
+    Counter nullNodes;  // nodes spent below null moves
     Counter iidNodes;
-    Counter firstCuts;    // cutoffs by the first move searched
+    Counter firstCuts;  // cutoffs by the first move searched
     Counter alphaRaises;
     Counter killerTries;  // moves of the killer stages searched
     Counter killerCuts;
@@ -47,14 +49,30 @@ struct SearchStats {
 };
 
 inline constexpr Counter SearchStats::*ALL_COUNTERS[] = {
-    &SearchStats::nodes,      &SearchStats::qnodes,      &SearchStats::frontier,
-    &SearchStats::pvNodes,    &SearchStats::cutNodes,    &SearchStats::allNodes,
-    &SearchStats::endNodes,   &SearchStats::ttProbes,    &SearchStats::ttHits,
-    &SearchStats::ttCuts,     &SearchStats::ttUpdates,   &SearchStats::ttReplacements,
-    &SearchStats::ttSameAgeReplacements, &SearchStats::nullTries, &SearchStats::nullCuts,
-    &SearchStats::nullNodes,  &SearchStats::iidNodes,    &SearchStats::firstCuts,
-    &SearchStats::alphaRaises, &SearchStats::killerTries, &SearchStats::killerCuts,
-    &SearchStats::reduceTries, &SearchStats::reduceFails, &SearchStats::splitNodes,
+    &SearchStats::nodes,
+    &SearchStats::qnodes,
+    &SearchStats::frontier,
+    &SearchStats::pvNodes,
+    &SearchStats::cutNodes,
+    &SearchStats::allNodes,
+    &SearchStats::endNodes,
+    &SearchStats::ttProbes,
+    &SearchStats::ttHits,
+    &SearchStats::ttCuts,
+    &SearchStats::ttUpdates,
+    &SearchStats::ttReplacements,
+    &SearchStats::ttSameAgeReplacements,
+    &SearchStats::nullTries,
+    &SearchStats::nullCuts,
+    &SearchStats::nullNodes,
+    &SearchStats::iidNodes,
+    &SearchStats::firstCuts,
+    &SearchStats::alphaRaises,
+    &SearchStats::killerTries,
+    &SearchStats::killerCuts,
+    &SearchStats::reduceTries,
+    &SearchStats::reduceFails,
+    &SearchStats::splitNodes,
     &SearchStats::splitWaitMs,
 };
 

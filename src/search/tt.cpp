@@ -79,13 +79,13 @@ Move refreshCapture(const Board& board, Move move) {
 
 void Tt::alloc(int kilobytes) {
     Log logger;
-    // Step 1. The size in bytes, within the bounds the 32-bit fields can hold.
+    // The size in bytes, within the bounds the 32-bit fields can hold.
     if (kilobytes < MIN_KILOBYTES) kilobytes = MIN_KILOBYTES;
     if (kilobytes > MAX_KILOBYTES) kilobytes = MAX_KILOBYTES;
     uint32_t size = uint32_t(kilobytes) * 1024;
     if (size == bytes) return;
 
-    // Step 2. A fresh block; on failure ask for half as much until something is granted.
+    // A fresh block; on failure ask for half as much until something is granted.
     free();
     void* block;
     while ((block = platform::allocLarge(size)) == nullptr) {
@@ -98,7 +98,7 @@ void Tt::alloc(int kilobytes) {
         }
     }
 
-    // Step 3. Size the index; the block's huge-page alignment covers the cache line pair. The mask is
+    // Size the index; the block's huge-page alignment covers the cache line pair. The mask is
     // not rounded to a power of two: part of a table of another size stays unused, as intended.
     raw = block;
     const uintptr_t start = reinterpret_cast<uintptr_t>(block);
@@ -147,12 +147,12 @@ void Tt::store(SearchStats& stats, const Board& board, TtEntry& e) {
     const uint32_t keyHigh = highHalf(board.hash);
     const uint8_t current = age.load(std::memory_order_relaxed);
 
-    // Step 1. The words to write.
+    // The words to write.
     e.age = current;
     const uint32_t score = scoreWord(e);
     const Slot fresh{keyHigh ^ e.move ^ score, e.move, score, infoWord(e)};
 
-    // Step 2. The same position already stored: rewrite it unless the old result is worth more.
+    // The same position already stored: rewrite it unless the old result is worth more.
     std::atomic<uint32_t>* victim = nullptr;
     int victimValue = 0;
     uint8_t victimAge = 0;
@@ -165,8 +165,8 @@ void Tt::store(SearchStats& stats, const Board& board, TtEntry& e) {
             stats.ttUpdates.add();
             return;
         }
-        // Step 3 is prepared on the way: entries of older searches go first, then the shallowest;
-        // the first in probe order wins ties.
+        // The slot to take is chosen on the way: entries of older searches go first, then the
+        // shallowest; the first in probe order wins ties.
         const int value = old.depth() - (old.age() != current ? OLD_AGE_PENALTY : 0);
         if (!victim || value < victimValue) {
             victim = entry;
@@ -175,7 +175,7 @@ void Tt::store(SearchStats& stats, const Board& board, TtEntry& e) {
         }
     }
 
-    // Step 3. Take the chosen slot of another position.
+    // Take the chosen slot of another position.
     stats.ttReplacements.add();
     if (victimAge == current) stats.ttSameAgeReplacements.add();
     write(victim, fresh);

@@ -136,8 +136,9 @@ TEST(FenFuzz, RandomAndMutatedTextNeverHurts) {
     std::vector<std::string> seeds{START_FEN, "4k3/8/8/8/8/8/8/4K3 w - -", "8/8/8/KPp4r/8/8/8/7k w - c6"};
     for (const PerftCase& c : loadPerftCases()) seeds.push_back(c.fen);
     const int rounds = 1000000;
-    // The deep exercise is the expensive part; the sanitizer build runs it on fewer positions.
-    const int exerciseEvery = sanitized() ? 64 : 8;
+    // The deep exercise is the expensive part; the sanitizer build, which also checks the whole board
+    // after every make and take-back, runs it on fewer positions.
+    const int exerciseEvery = sanitized() ? 192 : 8;
     int accepted = 0;
     Board board;
     testing::internal::CaptureStdout();

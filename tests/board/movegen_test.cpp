@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "board/makemove.h"
+#include "board/legalmoves.h"
 #include "positions.h"
 #include "reference.h"
 
@@ -85,17 +85,7 @@ TEST(Generators, StagedGeneratorsCoverTheMovesOverThePerftTrees) {
     for (const PerftCase& c : loadPerftCases()) {
         Board root = *boardFrom(c.fen.c_str());
         std::vector<Board> positions{root};
-        MoveList list;
-        const SavedState saved = saveState(root);
-        Move* end = root.inCheck() ? generateEvasions(root, list) : generateMoves(root, list);
-        for (Move* move = list; move != end; ++move) {
-            const Move made = makeMove(root, *move);
-            if (!made) continue;
-            root.lastMove = made;
-            positions.push_back(root);
-            root.lastMove = NO_MOVE;
-            takeBack(root, *move, saved);
-        }
+        forEachLegalMove(root, [&](Move) { positions.push_back(root); });
         for (Board& board : positions) {
             if (board.inCheck()) continue;
             std::vector<Move> staged = listOf(board, generateCaptures);

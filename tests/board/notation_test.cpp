@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "board/makemove.h"
-#include "board/movegen.h"
+#include "board/legalmoves.h"
 #include "positions.h"
 
 namespace {
@@ -104,35 +103,19 @@ TEST(IsMove, IllegalMovesYieldNothingSilently) {
     EXPECT_EQ(read(board, "dxe3").first, makeMoveWord(0x33, 0x24, board.at(0x34), MOVE_EN_PASSANT));
 }
 
-// The console's self-check, over whole trees: each legal move's text reads back as the same move.
+void expectTextsReadBack(Board& board, const std::string& fen) {
+    MoveList list;
+    for (Move *move = list, *end = generateLegalMoves(board, list); move != end; ++move)
+        EXPECT_EQ(isMove(board, textOf(board, *move).c_str()), *move) << textOf(board, *move) << " in " << fen;
+}
+
+// The console's self-check, over whole trees: each legal move's text reads back as the same move, and
+// one ply further from the opponent's side.
 TEST(IsMove, ReadsBackEveryTextTheBoardWrites) {
     for (const PerftCase& c : loadPerftCases()) {
         Board board = *boardFrom(c.fen.c_str());
-        MoveList list;
-        Move* end = board.inCheck() ? generateEvasions(board, list) : generateMoves(board, list);
-        const SavedState saved = saveState(board);
-        for (Move* move = list; move != end; ++move) {
-            const Move made = makeMove(board, *move);
-            if (!made) continue;
-            takeBack(board, *move, saved);
-            EXPECT_EQ(isMove(board, textOf(board, made).c_str()), made)
-                << textOf(board, made) << " in " << c.fen;
-            // One ply further, from the opponent's side.
-            makeMove(board, *move);
-            board.lastMove = made;
-            MoveList replies;
-            Move* repliesEnd =
-                board.inCheck() ? generateEvasions(board, replies) : generateMoves(board, replies);
-            const SavedState inner = saveState(board);
-            for (Move* reply = replies; reply != repliesEnd; ++reply) {
-                const Move answer = makeMove(board, *reply);
-                if (!answer) continue;
-                takeBack(board, *reply, inner);
-                EXPECT_EQ(isMove(board, textOf(board, answer).c_str()), answer) << textOf(board, answer);
-            }
-            board.lastMove = NO_MOVE;
-            takeBack(board, *move, saved);
-        }
+        expectTextsReadBack(board, c.fen);
+        forEachLegalMove(board, [&](Move) { expectTextsReadBack(board, c.fen); });
     }
 }
 

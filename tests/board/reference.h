@@ -6,8 +6,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "board/makemove.h"
-#include "board/movegen.h"
+#include "board/legalmoves.h"
 #include "board/tables.h"
 
 inline std::vector<Move> pseudoMoves(const Board& board) {
@@ -90,15 +89,8 @@ inline std::vector<Move> referenceLegalMoves(Board& board) {
 
 // The engine's legal moves: generator output that makeMove accepts, sorted.
 inline std::vector<Move> engineLegalMoves(Board& board) {
-    MoveList list;
-    Move* end = board.inCheck() ? generateEvasions(board, list) : generateMoves(board, list);
     std::vector<Move> legal;
-    const SavedState saved = saveState(board);
-    for (Move* move = list; move != end; ++move) {
-        if (!makeMove(board, *move)) continue;
-        legal.push_back(*move);
-        takeBack(board, *move, saved);
-    }
+    forEachLegalMove(board, [&](Move made) { legal.push_back(plainMove(made)); });
     std::sort(legal.begin(), legal.end());
     return legal;
 }

@@ -5,8 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "board/makemove.h"
-#include "board/movegen.h"
+#include "board/legalmoves.h"
 #include "eval_support.h"
 
 using namespace evaltest;
@@ -34,19 +33,9 @@ struct FlipChecker {
     void walk(Board& board, int depth) {
         check(board);
         if (depth == 0 || ::testing::Test::HasFatalFailure()) return;
-        MoveList moves;
-        Move* end = board.inCheck() ? generateEvasions(board, moves) : generateMoves(board, moves);
-        const Move lastMove = board.lastMove;
-        for (Move* move = moves; move != end; ++move) {
-            const SavedState saved = saveState(board);
-            const Move played = makeMove(board, *move);
-            if (!played) continue;
-            board.lastMove = played;
-            walk(board, depth - 1);
-            takeBack(board, played, saved);
-            board.lastMove = lastMove;
-            if (::testing::Test::HasFatalFailure()) return;
-        }
+        forEachLegalMove(board, [&](Move) {
+            if (!::testing::Test::HasFatalFailure()) walk(board, depth - 1);
+        });
     }
 };
 

@@ -6,8 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "board/makemove.h"
-#include "board/movegen.h"
+#include "board/legalmoves.h"
 #include "board/see.h"
 #include "boards.h"
 #include "environment.h"
@@ -66,18 +65,7 @@ class TreeWalk {
     void walk(Board& board, int depth) {
         checkNode(board);
         if (depth == 0) return;
-        MoveList list;
-        Move* end = board.inCheck() ? generateEvasions(board, list) : generateMoves(board, list);
-        const Move last = board.lastMove;
-        for (Move* m = list; m < end; m++) {
-            const SavedState saved = saveState(board);
-            const Move made = makeMove(board, *m);
-            if (made == NO_MOVE) continue;
-            board.lastMove = made;
-            walk(board, depth - 1);
-            takeBack(board, made, saved);
-            board.lastMove = last;
-        }
+        forEachLegalMove(board, [&](Move) { walk(board, depth - 1); });
     }
 
   private:

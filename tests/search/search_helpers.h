@@ -4,9 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "board/board.h"
-#include "board/makemove.h"
-#include "board/movegen.h"
+#include "board/legalmoves.h"
 #include "board/notation.h"
 #include "environment.h"
 #include "search/searchthread.h"
@@ -77,14 +78,6 @@ inline SearchOutcome searchPosition(const char* fen, int maxDepth, int moveTimeM
 // Whether move is one of the legal moves of the game board.
 inline bool isLegalHere(Move move) {
     MoveList list;
-    Move* end = gameBoard.inCheck() ? generateEvasions(gameBoard, list) : generateMoves(gameBoard, list);
-    for (Move* m = list; m < end; ++m) {
-        if ((*m & 0x3FFFFF7F) != (move & 0x3FFFFF7F)) continue;
-        const SavedState saved = saveState(gameBoard);
-        const Move made = makeMove(gameBoard, *m);
-        if (made == NO_MOVE) return false;
-        takeBack(gameBoard, made, saved);
-        return true;
-    }
-    return false;
+    Move* end = generateLegalMoves(gameBoard, list);
+    return std::find_if(list, end, [&](Move m) { return plainMove(m) == plainMove(move); }) != end;
 }

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "search/bench.h"
-#include "search/nodeutil.h"
+#include "search/node.h"
 #include "search/report.h"
 #include "search_helpers.h"
 
@@ -235,7 +235,7 @@ TEST(Search, TheTableMoveOfTheRootSetsTheStartDepthAndLeavesTheOrder) {
     request.listener = &listener;
     searchThread.startSearch(request, true);
     EXPECT_EQ(listener.firstDepth, 3);
-    EXPECT_EQ(listener.first & KILLER_MASK, isMove(gameBoard, "Rxd8") & KILLER_MASK);
+    EXPECT_EQ(plainMove(listener.first), plainMove(isMove(gameBoard, "Rxd8")));
 }
 
 TEST(Search, ARootMoveThatTakesOverIsStoredUnderTheRoot) {
@@ -247,12 +247,12 @@ TEST(Search, ARootMoveThatTakesOverIsStoredUnderTheRoot) {
     const SearchOutcome found = searchGameBoard(8, 20000);
     TtEntry root;
     ASSERT_TRUE(tt.probe(gameBoard, root));
-    EXPECT_EQ(root.move & KILLER_MASK, found.best & KILLER_MASK);
+    EXPECT_EQ(plainMove(root.move), plainMove(found.best));
     Board child = gameBoard;
-    ASSERT_NE(makeMove(child, found.best & KILLER_MASK), NO_MOVE);
+    ASSERT_NE(makeMove(child, plainMove(found.best)), NO_MOVE);
     TtEntry reply;
     if (tt.probe(child, reply) && reply.move != NO_MOVE) {
-        EXPECT_TRUE(isValidMove(child, reply.move & KILLER_MASK)) << found.bestText;
+        EXPECT_TRUE(isValidMove(child, plainMove(reply.move))) << found.bestText;
     }
 }
 

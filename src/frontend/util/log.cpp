@@ -26,12 +26,12 @@ void write(int level, const char* format, va_list args) {
 
 }  // namespace
 
-#define KELVRA_LOG_LEVEL(name, level)  \
+#define KELVRA_LOG_LEVEL(name, level)         \
     void Log::name(const char* format, ...) { \
-        va_list args;                      \
-        va_start(args, format);            \
-        write(level, format, args);        \
-        va_end(args);                      \
+        va_list args;                         \
+        va_start(args, format);               \
+        write(level, format, args);           \
+        va_end(args);                         \
     }
 
 KELVRA_LOG_LEVEL(debug, DEBUG)
@@ -44,4 +44,6 @@ void Log::setStream(FILE* stream) {
     std::lock_guard<std::mutex> guard(outputLock);
     output.store(stream, std::memory_order_release);
 }
-FILE* Log::stream() { return output.load(std::memory_order_acquire); }
+FILE* Log::stream() {
+    return output.load(std::memory_order_acquire);
+}

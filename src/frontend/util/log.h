@@ -5,7 +5,7 @@
 #include <cstdio>
 
 class Log {
-public:
+  public:
     void debug(const char* format, ...) __attribute__((format(printf, 2, 3)));
     void info(const char* format, ...) __attribute__((format(printf, 2, 3)));
     void warning(const char* format, ...) __attribute__((format(printf, 2, 3)));

@@ -7,8 +7,7 @@
 #include <set>
 #include <vector>
 
-#include "board/makemove.h"
-#include "board/movegen.h"
+#include "board/legalmoves.h"
 #include "board/notation.h"
 #include "positions.h"
 
@@ -27,17 +26,7 @@ template <typename Visit>
 void walk(Board& board, int depth, int stride, int& counter, const Visit& visit) {
     if (depth > 0 || ++counter % stride == 0) visit(board);
     if (depth == 0) return;
-    const std::vector<Move> moves = generated(board);
-    const SavedState saved = saveState(board);
-    const Move lastMove = board.lastMove;
-    for (Move move : moves) {
-        const Move made = makeMove(board, move);
-        if (!made) continue;
-        board.lastMove = made;
-        walk(board, depth - 1, stride, counter, visit);
-        board.lastMove = lastMove;
-        takeBack(board, move, saved);
-    }
+    forEachLegalMove(board, [&](Move) { walk(board, depth - 1, stride, counter, visit); });
 }
 
 TEST(IsValidMove, AgreesWithTheGeneratorsOverThePerftTrees) {
