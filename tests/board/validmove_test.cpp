@@ -78,16 +78,4 @@ TEST(IsValidMove, AgreesWithTheGeneratorsOverThePerftTrees) {
     EXPECT_GT(accepted, 1000);
 }
 
-TEST(IsValidMove, IgnoresMarksAndRefusesNonsense) {
-    Board board = *boardFrom(START_FEN);
-    const Move e4 = makeMoveWord(0x14, 0x34, 0, MOVE_DOUBLE_PUSH);
-    EXPECT_TRUE(isValidMove(board, e4));
-    EXPECT_TRUE(isValidMove(board, e4 | MOVE_REDUCED | MOVE_CHECK));
-    EXPECT_FALSE(isValidMove(board, NO_MOVE));
-    EXPECT_FALSE(isValidMove(board, makeMoveWord(0x14, 0x34)));  // double push without its flag
-    EXPECT_FALSE(isValidMove(board, makeMoveWord(0x64, 0x44, 0, MOVE_DOUBLE_PUSH)));  // the opponent's pawn
-    EXPECT_FALSE(isValidMove(board, makeMoveWord(0x04, 0x06, 0, MOVE_CASTLING)));     // squares not empty
-    EXPECT_FALSE(isValidMove(board, makeMoveWord(0x88, 0x34)));                       // off the board
-}
-
 }  // namespace
