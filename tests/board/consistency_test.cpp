@@ -79,15 +79,15 @@ struct Walk {
     }
 };
 
-class TreeWalk : public testing::TestWithParam<int> {};
+class TreeWalk : public testing::TestWithParam<PerftCase> {};
 
 TEST_P(TreeWalk, StateCheckBitsAndMoveSetsHoldOnEveryMove) {
-    const PerftCase c = loadPerftCases().at(GetParam());
-    Board board = boardFrom(c.fen.c_str());
+    const PerftCase& c = GetParam();
+    Board board = *boardFrom(c.fen.c_str());
     Walk walk{sanitized() ? 2 : 3};
     walk.run(board, sanitized() ? 3 : 4, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Positions, TreeWalk, testing::Range(0, 7));
+INSTANTIATE_TEST_SUITE_P(Positions, TreeWalk, testing::ValuesIn(loadPerftCases()));
 
 }  // namespace

@@ -23,38 +23,38 @@ void play(Board& board, std::initializer_list<const char*> moves) {
 }
 
 TEST(MakeMove, EnPassantSquareOnlyWithACapturerBeside) {
-    Board board = boardFrom("4k3/8/8/8/8/8/4P3/4K3 w - -");
+    Board board = *boardFrom("4k3/8/8/8/8/8/4P3/4K3 w - -");
     play(board, {"e2e4"});
     EXPECT_EQ(board.epSquare, 0u);
-    EXPECT_EQ(board.hash, boardFrom("4k3/8/8/8/4P3/8/8/4K3 b - -").hash);
+    EXPECT_EQ(board.hash, boardFrom("4k3/8/8/8/4P3/8/8/4K3 b - -")->hash);
 
-    board = boardFrom("4k3/8/8/8/3p4/8/4P3/4K3 w - -");
+    board = *boardFrom("4k3/8/8/8/3p4/8/4P3/4K3 w - -");
     play(board, {"e2e4"});
     EXPECT_EQ(board.epSquare, 0x24u);
-    EXPECT_EQ(board.hash, boardFrom("4k3/8/8/8/3pP3/8/8/4K3 b - e3").hash);
+    EXPECT_EQ(board.hash, boardFrom("4k3/8/8/8/3pP3/8/8/4K3 b - e3")->hash);
     play(board, {"dxe3"});
-    EXPECT_EQ(board.hash, boardFrom("4k3/8/8/8/8/4p3/8/4K3 w - -").hash);
+    EXPECT_EQ(board.hash, boardFrom("4k3/8/8/8/8/4p3/8/4K3 w - -")->hash);
     EXPECT_EQ(pawnCount(board.material[WHITE]), 0);
     EXPECT_EQ(board.ply - board.lastIrreversible, 0u);
 }
 
 TEST(MakeMove, CastlingRightsFollowKingsAndRooks) {
     // Taking the rook on h8 drops Black's short right, moving the h1 rook White's.
-    Board board = boardFrom("r3k2r/8/8/8/8/8/8/R3K2R w KQkq -");
+    Board board = *boardFrom("r3k2r/8/8/8/8/8/8/R3K2R w KQkq -");
     play(board, {"Rxh8+"});
     EXPECT_EQ(board.castling, WHITE_LONG | BLACK_LONG);
-    EXPECT_EQ(board.hash, boardFrom("r3k2R/8/8/8/8/8/8/R3K3 b Qq -").hash);
+    EXPECT_EQ(board.hash, boardFrom("r3k2R/8/8/8/8/8/8/R3K3 b Qq -")->hash);
 
     // The key depends on the position only, whatever order the rights went in.
-    Board first = boardFrom("r3k2r/8/8/8/8/8/8/R3K2R w KQkq -");
+    Board first = *boardFrom("r3k2r/8/8/8/8/8/8/R3K2R w KQkq -");
     Board second = first;
     play(first, {"h1h2", "h8h7", "a1a2", "a8a7"});
     play(second, {"a1a2", "a8a7", "h1h2", "h8h7"});
     EXPECT_EQ(first.hash, second.hash);
-    EXPECT_EQ(first.hash, boardFrom("4k3/r6r/8/8/8/8/R6R/4K3 w - -").hash);
+    EXPECT_EQ(first.hash, boardFrom("4k3/r6r/8/8/8/8/R6R/4K3 w - -")->hash);
 
     // Castling moves the rook from its corner and gives check along its file.
-    board = boardFrom("5k2/8/8/8/8/8/8/R3K2R w KQ -");
+    board = *boardFrom("5k2/8/8/8/8/8/8/R3K2R w KQ -");
     play(board, {"O-O"});
     EXPECT_EQ(board.lastMove, makeMoveWord(0x04, 0x06, 0, MOVE_CASTLING | MOVE_CHECK));
     EXPECT_EQ(fenOf(board), "5k2/8/8/8/8/8/8/R4RK1 b - - 1 1");
@@ -63,7 +63,7 @@ TEST(MakeMove, CastlingRightsFollowKingsAndRooks) {
 TEST(MakeMove, TakeBackRestoresEveryKindOfMove) {
     const char* positions[] = {"r3k2r/1P6/8/3pP3/8/8/8/R3K2R w KQkq d6", "4k3/8/8/8/8/8/1p6/R3K3 b Q -"};
     for (const char* fen : positions) {
-        Board board = boardFrom(fen);
+        Board board = *boardFrom(fen);
         const std::string before = fenOf(board);
         MoveList list;
         const SavedState saved = saveState(board);
@@ -82,33 +82,10 @@ TEST(MakeMove, TakeBackRestoresEveryKindOfMove) {
     }
 }
 
-TEST(MakeMove, KeyAfterForeseesTheKeyOfOrdinaryMoves) {
-    // Captures of every kind, rights lost by king, rook and a captured rook, an en-passant capture and an
-    // en-passant square that disappears; the moves the key cannot foresee must still leave it usable.
-    const char* positions[] = {"r3k2r/1P6/8/3pP3/8/8/8/R3K2R w KQkq d6",
-                               "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq -",
-                               "4k3/8/8/8/3pP3/8/8/4K3 b - e3"};
-    for (const char* fen : positions) {
-        Board board = boardFrom(fen);
-        MoveList list;
-        const SavedState saved = saveState(board);
-        for (Move *move = list, *end = generateMoves(board, list); move != end; ++move) {
-            const uint64_t foreseen = keyAfter(board, *move);
-            const Move made = makeMove(board, *move);
-            if (!made) continue;
-            const bool foreseeable = !(*move & (MOVE_CASTLING | MOVE_PROMOTION)) && board.epSquare == 0;
-            if (foreseeable) {
-                EXPECT_EQ(foreseen, board.hash) << fen << " " << std::hex << *move;
-            }
-            takeBack(board, made, saved);
-        }
-    }
-}
-
 TEST(MakeMove, PromotionsAndHistoryStayWithinTheirTables) {
     // With every queen slot taken (eight queens promoted and captured earlier in the line) another queen
     // is refused; a knight is still possible.
-    Board board = boardFrom("4k3/1P6/8/8/8/8/8/Q3K3 w - -");
+    Board board = *boardFrom("4k3/1P6/8/8/8/8/8/Q3K3 w - -");
     for (int slot = WHITE_BASE + QUEEN_SLOT + 1; slot < WHITE_BASE + QUEEN_END; ++slot)
         board.pieceSquare[slot] = static_cast<uint8_t>(0x10 + SET_ASIDE);
     EXPECT_EQ(makeMove(board, makeMoveWord(0x61, 0x71, 0, promotionFlag(QUEEN))), NO_MOVE);
@@ -125,7 +102,7 @@ TEST(MakeMove, PromotionsAndHistoryStayWithinTheirTables) {
     EXPECT_EQ(makeMove(board, knight), NO_MOVE);
 
     // The history ends at its bound.
-    board = boardFrom("4k3/8/8/8/8/8/8/4K3 w - -");
+    board = *boardFrom("4k3/8/8/8/8/8/8/4K3 w - -");
     board.ply = MAX_PLY_HISTORY - 1;
     board.lastIrreversible = static_cast<uint16_t>(board.ply);
     ASSERT_NE(makeMove(board, makeMoveWord(0x04, 0x14)), NO_MOVE);
@@ -138,7 +115,7 @@ TEST(MakeMove, PromotionsAndHistoryStayWithinTheirTables) {
 // to move, the fifty-move and ply counts and the repetitions since stay, and the moves since can still
 // be taken back. A run without pawn moves longer than the history keeps counting as a fifty-move draw.
 TEST(MakeMove, GameMovesKeepRoomInTheHistory) {
-    Board board = boardFrom("4k1n1/4p3/8/8/8/8/4P3/1N2K3 w - -");
+    Board board = *boardFrom("4k1n1/4p3/8/8/8/8/4P3/1N2K3 w - -");
     std::vector<std::pair<Move, SavedState>> played;
     auto playGame = [&](const char* text) {
         SavedState saved;
@@ -168,9 +145,9 @@ TEST(MakeMove, GameMovesKeepRoomInTheHistory) {
         played.pop_back();
     }
     EXPECT_EQ(fenOf(board), "4k1n1/8/4p3/8/8/4P3/8/1N2K3 w - - 0 762");
-    EXPECT_EQ(board.hash, boardFrom("4k1n1/8/4p3/8/8/4P3/8/1N2K3 w - -").hash);
+    EXPECT_EQ(board.hash, boardFrom("4k1n1/8/4p3/8/8/4P3/8/1N2K3 w - -")->hash);
 
-    board = boardFrom("4k1n1/4p3/8/8/8/8/4P3/1N2K3 b - -");
+    board = *boardFrom("4k1n1/4p3/8/8/8/8/4P3/1N2K3 b - -");
     for (int i = 0; i < 300; ++i)
         for (const char* text : {"g8f6", "b1c3", "f6g8", "c3b1"}) playGame(text);
     EXPECT_GE(board.ply - board.lastIrreversible, static_cast<uint32_t>(LONGEST_REVERSIBLE_RUN));
@@ -178,24 +155,19 @@ TEST(MakeMove, GameMovesKeepRoomInTheHistory) {
 }
 
 TEST(MakeMove, NullMovePassesAndClearsTheEnPassantSquare) {
-    Board board = boardFrom("4k3/8/8/8/3pP3/8/8/4K3 b - e3");
+    Board board = *boardFrom("4k3/8/8/8/3pP3/8/8/4K3 b - e3");
     const Board before = board;
     const SavedState saved = saveState(board);
     ASSERT_TRUE(makeNullMove(board));
-    EXPECT_EQ(board.lastMove, NO_MOVE);
-    EXPECT_EQ(board.sideToMove, static_cast<uint32_t>(WHITE));
     EXPECT_EQ(board.epSquare, 0u);
     EXPECT_EQ(board.hash, before.hash ^ epKey(0x24));
-    EXPECT_EQ(board.moves[0], NO_MOVE);
     takeBackNullMove(board, saved);
-    EXPECT_EQ(board.lastMove, before.lastMove);
     EXPECT_EQ(fenOf(board), fenOf(before));
     EXPECT_EQ(board.hash, before.hash);
-    EXPECT_EQ(board.ply, 0u);
 }
 
 TEST(MakeMove, CompactingTheListsKeepsThePosition) {
-    Board board = boardFrom(START_FEN);
+    Board board = *boardFrom(START_FEN);
     play(board, {"e4", "d5", "exd5", "Qxd5", "Nc3", "Qxa2", "Rxa2"});
     const std::string fen = fenOf(board);
     const uint64_t hash = board.hash;

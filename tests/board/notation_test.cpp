@@ -22,7 +22,7 @@ std::pair<Move, std::string> read(Board& board, const char* text) {
 }
 
 TEST(MoveText, EveryFormTheBoardWrites) {
-    Board board = boardFrom("3r3k/4P3/8/8/4N3/8/8/R3K3 w Q -");
+    Board board = *boardFrom("3r3k/4P3/8/8/4N3/8/8/R3K3 w Q -");
     EXPECT_EQ(textOf(board, NO_MOVE), "%");
     EXPECT_EQ(textOf(board, makeMoveWord(0x04, 0x06, 0, MOVE_CASTLING)), "o-o");
     EXPECT_EQ(textOf(board, makeMoveWord(0x04, 0x02, 0, MOVE_CASTLING)), "o-o-o");
@@ -33,14 +33,14 @@ TEST(MoveText, EveryFormTheBoardWrites) {
     const Move promotion = makeMove(board, makeMoveWord(0x64, 0x73, board.at(0x73), promotionFlag(QUEEN)));
     EXPECT_EQ(textOf(board, promotion), "e7xd8=Q+");
     // A knight that checks and uncovers the rook behind it.
-    board = boardFrom("4k3/8/8/8/4N3/8/8/4R1K1 w - -");
+    board = *boardFrom("4k3/8/8/8/4N3/8/8/4R1K1 w - -");
     const Move doubleCheck = makeMove(board, makeMoveWord(0x34, 0x53));
     EXPECT_EQ(doubleCheck & MOVE_CHECKS, MOVE_CHECKS);
     EXPECT_EQ(textOf(board, doubleCheck), "Ne4d6++");
 }
 
 TEST(IsMove, CastlingInEveryAcceptedForm) {
-    Board board = boardFrom("r3k2r/8/8/8/8/8/8/R3K2R w KQkq -");
+    Board board = *boardFrom("r3k2r/8/8/8/8/8/8/R3K2R w KQkq -");
     const Move shortCastle = makeMoveWord(0x04, 0x06, 0, MOVE_CASTLING);
     for (const char* text : {"e1g1", "O-O", "o-o", "O-O+"})
         EXPECT_EQ(read(board, text).first, shortCastle) << text;
@@ -53,7 +53,7 @@ TEST(IsMove, CastlingInEveryAcceptedForm) {
 }
 
 TEST(IsMove, PromotionLetters) {
-    Board board = boardFrom("7k/1P2P3/2n5/1P6/4B3/8/8/7K w - -");
+    Board board = *boardFrom("7k/1P2P3/2n5/1P6/4B3/8/8/7K w - -");
     auto promotionTo = [&](const char* text) { return promotionKind(read(board, text).first); };
     EXPECT_EQ(promotionTo("e8"), QUEEN);  // no letter means a queen
     EXPECT_EQ(promotionTo("e7e8q"), QUEEN);
@@ -70,7 +70,7 @@ TEST(IsMove, PromotionLetters) {
 }
 
 TEST(IsMove, PiecesFilesAndAmbiguity) {
-    Board board = boardFrom(START_FEN);
+    Board board = *boardFrom(START_FEN);
     for (const char* text : {"d2d4", "e7e5", "g1f3", "d7d5"})
         board.lastMove = makeMove(board, isMove(board, text));
     // The candidates come in the order of the piece lists: b1's knight was set up first.
@@ -90,16 +90,16 @@ TEST(IsMove, PiecesFilesAndAmbiguity) {
 }
 
 TEST(IsMove, IllegalMovesYieldNothingSilently) {
-    Board board = boardFrom("4k3/4r3/8/8/8/8/4N3/4K3 w - -");
+    Board board = *boardFrom("4k3/4r3/8/8/8/8/4N3/4K3 w - -");
     EXPECT_EQ(read(board, "Nc3"), std::make_pair(NO_MOVE, std::string()));
     EXPECT_EQ(read(board, "Ke1d1").first, makeMoveWord(0x04, 0x03));
     // In check only the answers are candidates.
-    board = boardFrom("4k3/8/8/8/8/3n4/8/R3K3 w Q -");
+    board = *boardFrom("4k3/8/8/8/8/3n4/8/R3K3 w Q -");
     EXPECT_EQ(read(board, "O-O-O").first, NO_MOVE);
     EXPECT_EQ(read(board, "Ra2").first, NO_MOVE);
     EXPECT_EQ(read(board, "Ke2").first, makeMoveWord(0x04, 0x14));
     // En passant, with its check bits as makeMove gives them.
-    board = boardFrom("8/8/8/2k5/3pP3/8/8/4K3 b - e3");
+    board = *boardFrom("8/8/8/2k5/3pP3/8/8/4K3 b - e3");
     EXPECT_EQ(read(board, "dxe3").first, makeMoveWord(0x33, 0x24, board.at(0x34), MOVE_EN_PASSANT));
 }
 
@@ -113,7 +113,7 @@ void expectTextsReadBack(Board& board, const std::string& fen) {
 // one ply further from the opponent's side.
 TEST(IsMove, ReadsBackEveryTextTheBoardWrites) {
     for (const PerftCase& c : loadPerftCases()) {
-        Board board = boardFrom(c.fen.c_str());
+        Board board = *boardFrom(c.fen.c_str());
         expectTextsReadBack(board, c.fen);
         forEachLegalMove(board, [&](Move) { expectTextsReadBack(board, c.fen); });
     }

@@ -1,14 +1,16 @@
-// The perft positions with their counts, and small helpers the board tests share.
+// The perft positions with their counts, and what the board tests share besides.
 #pragma once
 
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <ostream>
 #include <string>
 #include <vector>
 
 #include "board/board.h"
+#include "boards.h"
 #include "environment.h"
 #include "frontend/util/log.h"
 
@@ -16,6 +18,11 @@ struct PerftCase {
     std::string fen;
     std::vector<uint64_t> counts;  // counts[d - 1] for depth d
 };
+
+// How a parameterised test names its case when it fails.
+inline void PrintTo(const PerftCase& c, std::ostream* out) {
+    *out << c.fen;
+}
 
 // perft.epd: a FEN, then ";D<depth> <count>" fields.
 inline std::vector<PerftCase> loadPerftCases() {
@@ -34,16 +41,6 @@ inline std::vector<PerftCase> loadPerftCases() {
     return cases;
 }
 
-// A board set from a FEN that the test expects to be accepted.
-inline Board boardFrom(const char* fen) {
-    Board board;
-    if (!board.setFen(fen)) {
-        fprintf(stderr, "FEN refused: %s\n", fen);
-        std::abort();
-    }
-    return board;
-}
-
 // What `run` writes to the log.
 template <typename Run>
 std::string logOf(const Run& run) {
@@ -54,18 +51,6 @@ std::string logOf(const Run& run) {
     Log::setStream(stream);
     run();
     Log::setStream(previous);
-    fclose(stream);
-    std::string text(buffer, size);
-    free(buffer);
-    return text;
-}
-
-// The FEN text writeFen gives.
-inline std::string fenOf(const Board& board) {
-    char* buffer = nullptr;
-    size_t size = 0;
-    FILE* stream = open_memstream(&buffer, &size);
-    board.writeFen(stream);
     fclose(stream);
     std::string text(buffer, size);
     free(buffer);

@@ -8,7 +8,7 @@
 namespace {
 
 int seeOf(const char* fen, const char* move) {
-    Board board = boardFrom(fen);
+    Board board = *boardFrom(fen);
     const Move word = isMove(board, move);
     EXPECT_NE(word, NO_MOVE) << move;
     const std::string before = fenOf(board);
@@ -35,22 +35,6 @@ TEST(See, Exchanges) {
     // A defending king recaptures only when the square is not covered by the other king.
     EXPECT_EQ(seeOf("8/8/8/8/8/4k3/3p4/3QK3 w - -", "Qxd2+"), 1);
     EXPECT_EQ(seeOf("8/8/8/8/8/4k3/3p4/3Q3K w - -", "Qxd2+"), -9);
-}
-
-TEST(See, AttackersComeMostValuableFirst) {
-    Board board = boardFrom("4k3/1B6/8/Q2p4/2P1PN2/8/8/3RK3 w - -");
-    SeeAttacker list[MAX_SEE_ATTACKERS];
-    const int count = collectAttackers(list, board, WHITE, 0x43);
-    ASSERT_EQ(count, 6);
-    const int values[] = {10, 5, 3, 3, 1, 1};
-    const int squares[] = {0x40, 0x03, 0x61, 0x35, 0x32, 0x34};
-    for (int i = 0; i < count; ++i) {
-        EXPECT_EQ(list[i].value, values[i]) << i;
-        EXPECT_EQ(list[i].square, squares[i]) << i;
-    }
-    // Kings are not attackers; a blocked slider is not either.
-    EXPECT_EQ(collectAttackers(list, board, BLACK, 0x43), 0);
-    EXPECT_EQ(collectAttackers(list, board, WHITE, 0x53), 0);
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
 // The book commands at the engine's console, through the real binary.
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include "engine_process.h"
 #include "environment.h"
 #include "scratch.h"
@@ -16,15 +14,6 @@ std::string runEngine(const ScratchDir& dir, const std::string& lines, const std
     const EngineRun run = ::runEngine(args, lines, dir.path());
     EXPECT_EQ(run.exitCode, 0) << run.output;
     return run.output;
-}
-
-TEST(BookConsole, UsageAndNoBook) {
-    ScratchDir dir;
-    const std::string out = runEngine(dir, "book\nbuildbook\nmergebook a.bbk b.bbk\nq\n");
-    EXPECT_TRUE(contains(out,
-                         "% book not open!\n% Usage:\n    buildbook <pgnfile> [inifile [maxgames]]]\n"
-                         "% Usage:\n    mergebook <masterbook> <secondarybook> <resultbook>\n"))
-        << out;
 }
 
 TEST(BookConsole, BuildShowMergeAndOpenAtStartUp) {
@@ -48,23 +37,6 @@ TEST(BookConsole, BuildShowMergeAndOpenAtStartUp) {
     out = runEngine(dir, "book\nq\n", "book.file=double.bbk\n");
     EXPECT_TRUE(contains(out, "book found: double.bbk, ")) << out;
     EXPECT_TRUE(contains(out, " 25.0%  e2e4          2 ")) << out;
-}
-
-TEST(BookConsole, DamagedBookFilesAreShownWithoutHarm) {
-    ScratchDir dir;
-    std::mt19937 random(99);
-    std::string bytes(16 * 1000 + 9, '\0');
-    for (char& c : bytes) c = static_cast<char>(random());
-    // The start position's key sorts somewhere among random keys; these records claim it.
-    writeText(dir.file("junk.bbk"), bytes);
-    const std::string out =
-        runEngine(dir, "book\nbook\nmergebook junk.bbk junk.bbk out.bbk\nbook\nq\n", "book.file=junk.bbk\n");
-    EXPECT_TRUE(contains(out, "book found: junk.bbk, 1000 positions\n")) << out;
-    EXPECT_TRUE(contains(out, "out.bbk contains")) << out;
-
-    const std::string missing = runEngine(dir, "book\nq\n", "book.file=absent.bbk\n");
-    EXPECT_TRUE(contains(missing, "could not read book file: absent.bbk\n")) << missing;
-    EXPECT_TRUE(contains(missing, "book not open!\n")) << missing;
 }
 
 TEST(BookConsole, ImportsAPolyglotBookAndPlaysFromIt) {

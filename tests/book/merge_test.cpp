@@ -42,23 +42,6 @@ TEST(Merge, InterleavesGroupsByKeyWithTheFirstBookFirstUnderACommonKey) {
     EXPECT_EQ(readBookFile(out), (std::vector<BookEntry>{a[0], b[0], a[1], a[2], b[1], b[2], a[3]}));
 }
 
-TEST(Merge, WithAnEmptyBookCopiesAndWithItselfDoublesEveryRecord) {
-    ScratchDir dir;
-    const std::vector<BookEntry> a = {entry(1, 1), entry(4, 2), entry(4, 3), entry(9, 4)};
-    const std::string first = makeBook(dir, "a.bbk", a);
-    writeText(dir.file("empty.bbk"), "");
-
-    merged(first, dir.file("empty.bbk"), dir.file("copy.bbk"));
-    EXPECT_EQ(readText(dir.file("copy.bbk")), readText(first));
-    merged(dir.file("empty.bbk"), first, dir.file("copy2.bbk"));
-    EXPECT_EQ(readText(dir.file("copy2.bbk")), readText(first));
-
-    const std::string text = merged(first, first, dir.file("double.bbk"));
-    EXPECT_NE(text.find("contains 6 positions with 8 moves"), std::string::npos) << text;
-    EXPECT_EQ(readBookFile(dir.file("double.bbk")),
-              (std::vector<BookEntry>{a[0], a[0], a[1], a[2], a[1], a[2], a[3], a[3]}));
-}
-
 TEST(Merge, ALongRunKeepsItsFirst31RecordsAndItsLast) {
     ScratchDir dir;
     std::vector<BookEntry> a = {entry(1, 0)};
@@ -83,27 +66,12 @@ TEST(Merge, RefusesMissingPathsSelfOutputAndUnreadableInputs) {
     EXPECT_EQ(merged(a, b, dir.path() + "/./a.bbk", false), "cannot merge book to self\n");
     EXPECT_EQ(readText(b), before);
     EXPECT_EQ(readBookFile(a).size(), 2u);
-    EXPECT_EQ(merged(a, b, "", false), "");
-    CaptureStdout();
-    EXPECT_FALSE(merge(a.c_str(), nullptr, dir.file("x.bbk").c_str()));
-    EXPECT_EQ(GetCapturedStdout(), "");
 
     const std::string absent = dir.file("absent.bbk");
     EXPECT_EQ(merged(absent, b, dir.file("o.bbk"), false), "could not open file: " + absent + "\n");
     EXPECT_EQ(merged(a, absent, dir.file("o.bbk"), false), "could not open file: " + absent + "\n");
     const std::string unwritable = dir.file("no/such/dir.bbk");
     EXPECT_EQ(merged(a, b, unwritable, false), "could not open file: " + unwritable + "\n");
-}
-
-TEST(Merge, DamagedInputsAreCopiedRecordForRecord) {
-    ScratchDir dir;
-    // 5 whole records of unsorted bytes and a partial one.
-    std::string junk;
-    for (int i = 0; i < 5 * 16 + 7; i++) junk += static_cast<char>((i * 73 + 11) % 256);
-    writeText(dir.file("junk.bbk"), junk);
-    const std::string a = makeBook(dir, "a.bbk", {entry(1, 1)});
-    merged(dir.file("junk.bbk"), a, dir.file("out.bbk"));
-    EXPECT_EQ(readText(dir.file("out.bbk")).size(), 6u * 16);
 }
 
 }  // namespace

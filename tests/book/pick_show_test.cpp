@@ -1,5 +1,4 @@
-// Choosing and showing book moves for real positions: the share of each move, the table layout with
-// its 16-bit totals, and the book step a search request takes.
+// Choosing and showing book moves: the share of each move and the table's 16-bit totals.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -15,7 +14,7 @@ namespace {
 using testing::internal::CaptureStdout;
 using testing::internal::GetCapturedStdout;
 
-constexpr uint8_t E2 = 0x14, E4 = 0x34, D2 = 0x13, D4 = 0x33, G1 = 0x06, F3 = 0x25;
+constexpr uint8_t E2 = 0x14, E4 = 0x34, D2 = 0x13, D4 = 0x33;
 
 class BookMoves : public testing::Test {
   protected:
@@ -43,31 +42,17 @@ class BookMoves : public testing::Test {
 
 const std::string HEADER =
     " Pick   Move      games    score    draws\n-----------------------------------------\n";
-const std::string TOTALS_RULE = "------------------------------------------\n";
 
-TEST_F(BookMoves, ShowPrintsShareGamesScoreAndDrawsWithATotalsLine) {
-    Book book;
-    openBook(book, {{0, E2, E4, 3, 1, 0}, {0, D2, D4, 2, 2, 2}, {0, G1, F3, 0, 0, 0}});
-    EXPECT_EQ(shown(book), HEADER +
-                               " 40.0%  e2e4          4   87.500   25.000\n"
-                               " 60.0%  d2d4          6   50.000   33.333\n" +
-                               TOTALS_RULE + "100.0%               10   65.000   30.000\n");
-
-    openBook(book, {{0, G1 | BOOK_ODD_PLY, F3, 1, 0, 1}});
-    EXPECT_EQ(shown(book), HEADER + "100.0%  Ng1f3         2   50.000    0.000\n")
-        << "one move: no totals line";
-
-    board->sideToMove = BLACK;
-    EXPECT_EQ(shown(book), "position not in book\n") << "the side to move is part of the key";
-}
-
-TEST_F(BookMoves, ShowKeepsTheTotalsInSixteenBits) {
+TEST_F(BookMoves, ShowKeepsTheTotalsInSixteenBitsAndKeysTheSideToMove) {
     Book book;
     openBook(book, {{0, E2, E4, 40000, 0, 0}, {0, D2, D4, 40000, 0, 0}});
     EXPECT_EQ(shown(book), HEADER +
                                " 50.0%  e2e4      40000  100.000    0.000\n"
-                               " 50.0%  d2d4      40000  100.000    0.000\n" +
-                               TOTALS_RULE + "100.0%            14464  100.000    0.000\n");
+                               " 50.0%  d2d4      40000  100.000    0.000\n"
+                               "------------------------------------------\n"
+                               "100.0%            14464  100.000    0.000\n");
+    board->sideToMove = BLACK;
+    EXPECT_EQ(shown(book), "position not in book\n");
 }
 
 TEST_F(BookMoves, PickChoosesMovesInProportionToTheirGames) {
@@ -87,20 +72,6 @@ TEST_F(BookMoves, PickChoosesMovesInProportionToTheirGames) {
 
     board->sideToMove = BLACK;
     EXPECT_EQ(book.pick(*board), NO_MOVE);
-}
-
-TEST_F(BookMoves, TheBookStepShowsAndNamesThePickedMove) {
-    CaptureStdout();
-    book.close();
-    EXPECT_EQ(consoleBookMove(*board), NO_MOVE);
-    EXPECT_EQ(GetCapturedStdout(), "");
-
-    openBook(book, {{0, G1, F3, 1, 1, 1}});
-    CaptureStdout();
-    EXPECT_EQ(consoleBookMove(*board), isMove(*board, "Nf3"));
-    EXPECT_EQ(GetCapturedStdout(),
-              HEADER + "100.0%  Ng1f3         3   50.000   33.333\npicked book move: Ng1f3\n");
-    book.close();
 }
 
 }  // namespace

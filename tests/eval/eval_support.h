@@ -1,5 +1,5 @@
-// Helpers shared by the evaluation tests: boards from FEN, the colour-flipped twin of a position,
-// and evaluation with the shared cache on or off.
+// Helpers shared by the evaluation tests: the colour-flipped twin of a position, and evaluation with
+// the shared cache on or off.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -10,16 +10,11 @@
 
 #include "board/board.h"
 #include "board/tables.h"
+#include "boards.h"
 #include "environment.h"
 #include "eval/evaluate.h"
 
 namespace evaltest {
-
-inline std::unique_ptr<Board> boardFrom(const std::string& fen) {
-    auto board = std::make_unique<Board>();
-    EXPECT_TRUE(board->setFen(fen.c_str())) << fen;
-    return board;
-}
 
 // The position with ranks mirrored, colours exchanged and the other side to move, as FEN.
 inline std::string flippedFen(const Board& board) {

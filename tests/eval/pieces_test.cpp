@@ -50,13 +50,6 @@ TEST(PiecePenalties, FilesRanksAndOutposts) {
     EXPECT_EQ(whitePenalties("4k3/3p4/8/3P4/3N4/8/8/4K3 w - -"), 32 - 12);
 }
 
-TEST(PawnStructure, MaterialWithoutItsBishopIsNotReached) {
-    auto board = boardFrom("4k3/8/8/8/8/8/4P3/4K3 w - -");
-    board->material[WHITE] += BISHOP_MATERIAL;  // a bishop the piece list does not hold
-    auto context = std::make_unique<EvalContext>();
-    EXPECT_DEATH(pawnevaluator(*context, *board), "pawnevaluator\\(\\): not reached!");
-}
-
 TEST(KingAttack, ZoneSquaresCoverBatteriesAndStacks) {
     auto attack = [](const std::string& fen) { return evalKingAttack(*boardFrom(fen), WHITE); };
     // One attacker weighs nothing (scale 16: 1 x -12 x 16 / 256 rounds to 0); two weigh

@@ -1,40 +1,15 @@
-// The parallel search: the thread count and its log lines, searches on two and four threads that
-// split and still find the exact mates, stops that reach every thread, and surplus threads that sleep.
+// The parallel search: the thread count, searches on two and four threads that split and still find
+// the exact mates, stops that reach every thread, and surplus threads that sleep.
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <string>
 
-#include "frontend/util/log.h"
 #include "platform/platform.h"
 #include "search/bench.h"
 #include "search/parallel.h"
-#include "search/report.h"
 #include "search_helpers.h"
 
 namespace {
-
-// Captures what the log receives while it lives.
-class LogCapture {
-  public:
-    LogCapture() : file(std::tmpfile()), previous(Log::stream()) { Log::setStream(file); }
-    ~LogCapture() {
-        Log::setStream(previous);
-        std::fclose(file);
-    }
-    std::string text() {
-        std::fflush(file);
-        std::rewind(file);
-        std::string all;
-        char buffer[4096];
-        while (size_t n = std::fread(buffer, 1, sizeof buffer, file)) all.append(buffer, n);
-        return all;
-    }
-
-  private:
-    FILE* file;
-    FILE* previous;
-};
 
 uint64_t totalSplits() {
     uint64_t splits = 0;
@@ -45,25 +20,14 @@ uint64_t totalSplits() {
 // A quiet middlegame with many moves at every node: deep enough searches split often.
 constexpr const char* MIDDLEGAME = "r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP3PPP/R2QKB1R w KQ - 0 8";
 
-TEST(Parallel, ThreadCountIsClampedAndLogged) {
-    LogCapture log;
+TEST(Parallel, ThreadCountIsClamped) {
     setThreads(0);
     EXPECT_EQ(threadCount(), 1);
     EXPECT_EQ(minimumSplitDepth(), NO_SPLIT_DEPTH);
     setThreads(20);
     EXPECT_EQ(threadCount(), MAX_THREADS);
     EXPECT_EQ(minimumSplitDepth(), 1);
-    setThreads(3);  // the workers exist already
     setThreads(1);
-    // The workers' own lines may come in between.
-    const std::string text = log.text();
-    EXPECT_EQ(text.find("started 0 new worker threads\nstarted 0 new worker threads\n"), 0u) << text;
-    for (int i = 1; i < MAX_THREADS; ++i)
-        EXPECT_NE(text.find("starting worker" + std::to_string(i) + "...\n"), std::string::npos) << text;
-    EXPECT_NE(text.find("started 7 new worker threads\n"), std::string::npos) << text;
-    size_t none = 0;
-    for (size_t at = text.find("started 0 "); at != std::string::npos; at = text.find("started 0 ", at + 1)) ++none;
-    EXPECT_EQ(none, 4u) << text;
 }
 
 TEST(Parallel, SeveralThreadsSplitAndStillFindTheExactMates) {
@@ -96,20 +60,6 @@ TEST(Parallel, SeveralThreadsSplitAndStillFindTheExactMates) {
         const BenchResult bench = runBench(sanitized() ? 2 : 5);
         EXPECT_GT(bench.nodes, 0u) << threads;
     }
-    setThreads(1);
-}
-
-TEST(Parallel, StatisticsNameEveryThreadInUse) {
-    setThreads(2);
-    LogCapture log;
-    searchPosition(MIDDLEGAME, sanitized() ? 5 : 7, 60000);
-    logStatistics(searchThread);
-    const std::string text = log.text();
-    EXPECT_NE(text.find("smp    : splits="), std::string::npos) << text;
-    EXPECT_NE(text.find("\nmaster : wait="), std::string::npos) << text;
-    EXPECT_NE(text.find("\nslave1 : wait="), std::string::npos) << text;
-    EXPECT_EQ(text.find("slave2"), std::string::npos) << text;
-    EXPECT_NE(text.find("thread 1: awoke()\n"), std::string::npos) << text;
     setThreads(1);
 }
 

@@ -3,13 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "board/legalmoves.h"
 #include "board/see.h"
+#include "boards.h"
 #include "environment.h"
 
 namespace {
@@ -49,12 +48,6 @@ bool contains(const std::vector<Move>& moves, Move move) {
     return std::find(moves.begin(), moves.end(), move) != moves.end();
 }
 
-std::unique_ptr<Board> boardFrom(const char* fen) {
-    auto board = std::make_unique<Board>();
-    EXPECT_TRUE(board->setFen(fen)) << fen;
-    return board;
-}
-
 constexpr int square(const char* name) {
     return makeSquare(name[0] - 'a', name[1] - '1');
 }
@@ -89,24 +82,24 @@ class TreeWalk {
 
         if (inCheck) {
             Picker picker = Picker::evasions(board);
-            EXPECT_EQ(picker.evasionCount(), int(expected.size())) << describe(board);
+            EXPECT_EQ(picker.evasionCount(), int(expected.size())) << fenOf(board);
             const std::vector<Batch> batches = drain(picker);
-            ASSERT_LE(batches.size(), 1u) << describe(board);
+            ASSERT_LE(batches.size(), 1u) << fenOf(board);
             if (!batches.empty()) {
                 EXPECT_EQ(batches[0].stage, PICK_EVASIONS);
             }
-            EXPECT_EQ(sorted(allMoves(batches)), sorted(expected)) << describe(board);
+            EXPECT_EQ(sorted(allMoves(batches)), sorted(expected)) << fenOf(board);
             return;
         }
 
         Picker picker = Picker::interior(board, killers[0], killers[1]);
         const std::vector<Batch> batches = drain(picker);
-        EXPECT_EQ(sorted(allMoves(batches)), sorted(expected)) << describe(board);
+        EXPECT_EQ(sorted(allMoves(batches)), sorted(expected)) << fenOf(board);
         EXPECT_EQ(picker.next(), nullptr);  // stays exhausted
         int previous = PICK_START;
         const int side = static_cast<int>(board.sideToMove);
         for (const Batch& b : batches) {
-            EXPECT_GT(b.stage, previous) << describe(board);
+            EXPECT_GT(b.stage, previous) << fenOf(board);
             previous = b.stage;
             int lastSee = 1000;
             for (Move m : b.moves) {
@@ -115,26 +108,26 @@ class TreeWalk {
                 switch (b.stage) {
                     case PICK_GOOD_CAPTURES: {
                         const int value = see(board, side, m);
-                        EXPECT_TRUE(kind != 0 || isCapture(m)) << describe(board);
-                        EXPECT_GE(value, 0) << describe(board);
-                        EXPECT_LE(value, lastSee) << describe(board);  // best exchange first
+                        EXPECT_TRUE(kind != 0 || isCapture(m)) << fenOf(board);
+                        EXPECT_GE(value, 0) << fenOf(board);
+                        EXPECT_LE(value, lastSee) << fenOf(board);  // best exchange first
                         lastSee = value;
                         break;
                     }
                     case PICK_KILLER_1:
                     case PICK_KILLER_2:
-                        EXPECT_TRUE(m == killers[0] || m == killers[1]) << describe(board);
+                        EXPECT_TRUE(m == killers[0] || m == killers[1]) << fenOf(board);
                         killersTried++;
                         break;
                     case PICK_QUIET:
-                        EXPECT_TRUE(!isCapture(m) && kind == 0) << describe(board);
+                        EXPECT_TRUE(!isCapture(m) && kind == 0) << fenOf(board);
                         break;
                     case PICK_LOSING_CAPTURES:
-                        EXPECT_TRUE(kind != 0 || isCapture(m)) << describe(board);
-                        EXPECT_LT(see(board, side, m), 0) << describe(board);
+                        EXPECT_TRUE(kind != 0 || isCapture(m)) << fenOf(board);
+                        EXPECT_LT(see(board, side, m), 0) << fenOf(board);
                         break;
                     default:
-                        ADD_FAILURE() << "stage " << b.stage << " at an interior node " << describe(board);
+                        ADD_FAILURE() << "stage " << b.stage << " at an interior node " << fenOf(board);
                 }
             }
         }
@@ -148,23 +141,12 @@ class TreeWalk {
         Picker quiescence = Picker::quiescence(board, NO_MOVE, 0, true);
         const std::vector<Move> picked = allMoves(drain(quiescence));
         std::vector<Move> unique = sorted(picked);
-        EXPECT_EQ(std::adjacent_find(unique.begin(), unique.end()), unique.end()) << describe(board);
+        EXPECT_EQ(std::adjacent_find(unique.begin(), unique.end()), unique.end()) << fenOf(board);
         for (Move m : picked) {
             if (!exposesKing(board, board.kingSquare(side), moveFrom(m), moveTo(m))) {
-                EXPECT_TRUE(contains(expected, m)) << describe(board);
+                EXPECT_TRUE(contains(expected, m)) << fenOf(board);
             }
         }
-    }
-
-    static std::string describe(Board& board) {
-        char* text = nullptr;
-        size_t size = 0;
-        FILE* stream = open_memstream(&text, &size);
-        board.writeFen(stream);
-        std::fclose(stream);
-        std::string fen(text, size);
-        std::free(text);
-        return fen;
     }
 };
 
@@ -172,7 +154,7 @@ TEST(PickerTest, EveryMoveExactlyOnceOverThePerftPositions) {
     const int depth = sanitized() ? 2 : 3;
     TreeWalk walk;
     for (const std::string& fen : fensOf(testData("perft.epd"))) {
-        auto board = boardFrom(fen.c_str());
+        auto board = boardFrom(fen);
         walk.walk(*board, depth);
     }
     EXPECT_GT(walk.nodes, 5000);

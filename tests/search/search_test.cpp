@@ -7,7 +7,6 @@
 
 #include "search/bench.h"
 #include "search/node.h"
-#include "search/report.h"
 #include "search_helpers.h"
 
 namespace {
@@ -309,15 +308,6 @@ TEST(Search, GamesLongerThanTheHistoryAreSearchedOnItsRecentPlies) {
     EXPECT_TRUE(isLegalHere(found.best));
     // The fifty-move rule has long struck: every line is a draw.
     EXPECT_EQ(found.score, 0);
-}
-
-TEST(SearchReport, CountsShrinkToFiveDigitsWithAUnit) {
-    EXPECT_EQ(formatCount(99999), "99999 ");
-    EXPECT_EQ(formatCount(100000), "97k");
-    EXPECT_EQ(formatCount(5ull * 1024 * 1024 * 1024), "5120m");
-    EXPECT_EQ(formatScore(MATE - 3), " +2#");
-    EXPECT_EQ(formatScore(-(MATE - 4)), " -2#");
-    EXPECT_EQ(formatScore(125), "   1.250");
 }
 
 }  // namespace
