@@ -1,6 +1,6 @@
 # Sourced by the build scripts: makes sure the Debian packages the build needs are present,
 # installing them when this user may, else naming them in one line.
-kelvra_packages="g++ cmake make libgtest-dev libgmock-dev libbenchmark-dev libgaviotatb-dev gaviotatb"
+kelvra_packages="g++ cmake make clang-format libgtest-dev libgmock-dev libbenchmark-dev libgaviotatb-dev gaviotatb"
 kelvra_missing=""
 for p in $kelvra_packages; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || kelvra_missing="$kelvra_missing $p"

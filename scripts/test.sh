@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds and runs every test: the Release build, then the AddressSanitizer+UndefinedBehaviorSanitizer
+# Checks the format, then builds and runs every test: the Release build, then the AddressSanitizer+UndefinedBehaviorSanitizer
 # build and the ThreadSanitizer build (both with assertions on). Fails on the first failure; a test
 # that runs past five minutes counts as failed, so a hang cannot stall CI. Each stage turns the tests on
 # itself (run.sh leaves them off in build/release) and fails when it finds none to run.
@@ -7,6 +7,11 @@ set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
 . "$root/scripts/prerequisites.sh"
 jobs="$(nproc)"
+
+# Every C++ file keeps the committed .clang-format style; a file that drifts fails the run at once.
+echo "=== format"
+find "$root/src" "$root/tests" "$root/bench" "$root/egbb" -name '*.cpp' -o -name '*.h' |
+  xargs clang-format --dry-run --Werror
 
 build() {  # build <dir> <cmake args...>
   local dir="$root/build/$1"; shift

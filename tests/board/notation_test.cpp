@@ -106,7 +106,8 @@ TEST(IsMove, IllegalMovesYieldNothingSilently) {
 void expectTextsReadBack(Board& board, const std::string& fen) {
     MoveList list;
     for (Move *move = list, *end = generateLegalMoves(board, list); move != end; ++move)
-        EXPECT_EQ(isMove(board, textOf(board, *move).c_str()), *move) << textOf(board, *move) << " in " << fen;
+        EXPECT_EQ(isMove(board, textOf(board, *move).c_str()), *move)
+            << textOf(board, *move) << " in " << fen;
 }
 
 // The console's self-check, over whole trees: each legal move's text reads back as the same move, and

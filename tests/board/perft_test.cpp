@@ -17,7 +17,8 @@ TEST_P(PerftFile, MatchesKnownCountsToDepthFive) {
     // runs there only while its count stays within a budget.
     const int maxDepth = sanitized() ? 4 : 5;
     const uint64_t budget = sanitized() ? 500000 : UINT64_MAX;
-    for (int depth = 1; depth <= maxDepth && depth <= static_cast<int>(c.counts.size()) && c.counts[depth - 1] <= budget;
+    for (int depth = 1;
+         depth <= maxDepth && depth <= static_cast<int>(c.counts.size()) && c.counts[depth - 1] <= budget;
          ++depth)
         EXPECT_EQ(perft(board, depth, board.lastMove), c.counts[depth - 1]) << c.fen << " depth " << depth;
 }

@@ -19,7 +19,8 @@ TEST(EvalBoard, SlotTestsAgreeWithPieceCodes) {
         for (int colour = WHITE; colour <= BLACK; ++colour) {
             const bool pawnCode =
                 code == (colourBit(colour) | (colour == WHITE ? WHITE_PAWN_BIT : BLACK_PAWN_BIT));
-            EXPECT_EQ(isColour(static_cast<uint8_t>(slot), colourBase(colour)), ownsPiece(code, colour)) << slot;
+            EXPECT_EQ(isColour(static_cast<uint8_t>(slot), colourBase(colour)), ownsPiece(code, colour))
+                << slot;
             EXPECT_EQ(pawnAt(*board, colour, square), pawnCode) << slot;
         }
     }

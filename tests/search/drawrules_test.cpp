@@ -1,5 +1,7 @@
 // The draw rules on positions reached by real moves, so that the history the rules read is the one
 // the board keeps.
+#include "search/drawrules.h"
+
 #include <gtest/gtest.h>
 
 #include <initializer_list>
@@ -7,7 +9,6 @@
 #include "board/board.h"
 #include "board/makemove.h"
 #include "board/notation.h"
-#include "search/drawrules.h"
 
 namespace {
 
@@ -66,10 +67,10 @@ TEST(DrawRules, InsufficientMaterialIsAtMostOneMinorPieceAndNothingElse) {
         bool draw;
     };
     const Case cases[] = {
-        {"4k3/8/8/8/8/8/8/4K3 w - - 0 1", true},   {"4k3/8/8/8/8/8/8/4KN2 w - - 0 1", true},
-        {"4kb2/8/8/8/8/8/8/4K3 w - - 0 1", true},  {"4k3/8/8/8/8/8/8/3NKN2 w - - 0 1", false},
+        {"4k3/8/8/8/8/8/8/4K3 w - - 0 1", true},    {"4k3/8/8/8/8/8/8/4KN2 w - - 0 1", true},
+        {"4kb2/8/8/8/8/8/8/4K3 w - - 0 1", true},   {"4k3/8/8/8/8/8/8/3NKN2 w - - 0 1", false},
         {"4kb2/8/8/8/8/8/8/4KB2 w - - 0 1", false}, {"4k3/8/8/8/8/8/4P3/4K3 w - - 0 1", false},
-        {"4k3/8/8/8/8/8/8/4K2R w - - 0 1", false}, {"4k3/8/8/8/8/8/8/3QK3 w - - 0 1", false},
+        {"4k3/8/8/8/8/8/8/4K2R w - - 0 1", false},  {"4k3/8/8/8/8/8/8/3QK3 w - - 0 1", false},
     };
     for (const Case& c : cases) {
         Board board;

@@ -1,12 +1,13 @@
 // The parallel search: the thread count, searches on two and four threads that split and still find
 // the exact mates, stops that reach every thread, and surplus threads that sleep.
+#include "search/parallel.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
 
 #include "platform/platform.h"
 #include "search/bench.h"
-#include "search/parallel.h"
 #include "search_helpers.h"
 
 namespace {
