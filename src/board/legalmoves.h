@@ -2,12 +2,14 @@
 // what the generators leave to it, take back. The search takes its moves from the picker instead.
 #pragma once
 
+#include <type_traits>
+
 #include "board/makemove.h"
 #include "board/movegen.h"
 
 // Plays each generated move of the side to move: visit(made) runs with the move on the board (made
 // carries its check bits), and the move is taken back after it; refused(move) runs for a generated move
-// that makeMove refuses.
+// that makeMove refuses. A visit that returns a bool ends the walk by returning false.
 template <class Visit, class Refused>
 void forEachLegalMove(Board& board, Visit visit, Refused refused) {
     MoveList list;
@@ -19,8 +21,14 @@ void forEachLegalMove(Board& board, Visit visit, Refused refused) {
             refused(*move);
             continue;
         }
-        visit(made);
-        takeBack(board, made, saved);
+        if constexpr (std::is_same_v<decltype(visit(made)), bool>) {
+            const bool goOn = visit(made);
+            takeBack(board, made, saved);
+            if (!goOn) return;
+        } else {
+            visit(made);
+            takeBack(board, made, saved);
+        }
     }
 }
 
@@ -34,4 +42,14 @@ inline Move* generateLegalMoves(Board& board, Move* list) {
     Move* end = list;
     forEachLegalMove(board, [&](Move made) { *end++ = made; });
     return end;
+}
+
+// Whether the side to move has a legal move at all; stops at the first.
+inline bool hasLegalMove(Board& board) {
+    bool found = false;
+    forEachLegalMove(board, [&](Move) {
+        found = true;
+        return false;
+    });
+    return found;
 }

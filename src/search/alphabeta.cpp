@@ -3,6 +3,7 @@
 // guarded by threat tests, futility pruning near the leaves and a mate killer.
 #include <algorithm>
 
+#include "board/legalmoves.h"
 #include "board/makemove.h"
 #include "board/movegen.h"
 #include "board/see.h"
@@ -192,7 +193,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
     if (men <= probeLimit && board.epSquare == 0 && (men <= alwaysProbeLimit || ply < thread.probePlyLimit)) {
         int s;
         if (egbb.probe(board, s)) {
-            if (s < -WON_BOUND && inCheck && alpha < -WON_BOUND && !hasEvasion(board)) return ply - MATE;
+            if (s < -WON_BOUND && inCheck && alpha < -WON_BOUND && !hasLegalMove(board)) return ply - MATE;
             storeEntry(thread, ply, NO_MOVE, s, depth,
                        s >= beta    ? TT_LOWER
                        : s <= alpha ? TT_UPPER

@@ -1,11 +1,10 @@
 // What every node of the tree search and of the quiescence search does alike: store to and cut off
 // from the table, bound by mate distance, watch the clock, keep the killers and the line arrays, and
-// ask the position about passed pawns and evasions.
+// ask the pawn table about passed pawns.
 #pragma once
 
 #include <algorithm>
 
-#include "board/legalmoves.h"
 #include "eval/evaluate.h"
 #include "search/searchthread.h"
 #include "search/timecontrol.h"
@@ -108,10 +107,4 @@ inline unsigned passedPawnFiles(SearchThread& thread, int side) {
     const PawnEntry& entry = thread.eval.pawnHash.slot(key);
     if (entry.check != highHalf(key)) evaluate(thread.eval, thread.board);
     return entry.block[side].passedFiles;
-}
-
-// Whether the side to move, in check, has a legal answer.
-inline bool hasEvasion(Board& board) {
-    MoveList list;
-    return generateLegalMoves(board, list) != list;
 }
