@@ -209,31 +209,6 @@ TEST(PickerTest, CapturesByExchangeLosingOnesAfterQuietMoves) {
     EXPECT_EQ(promotionKind(promotions.moves[0]), QUEEN);
 }
 
-TEST(PickerTest, ThreatEvasionsFirst) {
-    // Black threatens Bxe4. The knight's safe steps come first, then the pawn's interposition on d5
-    // (covered by c4), then the rest in generator order; Nd6 and Nf6 would lose the knight to the e7
-    // pawn and stay with the rest.
-    auto board = boardFrom("4k3/1b2p3/8/8/2PPN3/8/8/4K3 w - - 0 1");
-    const Move threat = makeMoveWord(square("b7"), square("e4"), board->at(square("e4")));
-    Picker picker = Picker::interior(*board, NO_MOVE, NO_MOVE);
-    Move* batch = picker.next();
-    ASSERT_EQ(picker.stage, PICK_QUIET);
-    const std::vector<Move> original(batch, picker.end);
-    picker.orderThreatEvasions(threat);
-    const std::vector<Move> ordered(batch, picker.end);
-
-    const std::vector<Move> retreats = {quiet("e4", "c3"), quiet("e4", "c5"), quiet("e4", "d2"),
-                                        quiet("e4", "f2"), quiet("e4", "g3"), quiet("e4", "g5")};
-    std::vector<Move> expected;
-    for (Move m : original)
-        if (contains(retreats, m)) expected.push_back(m);
-    ASSERT_EQ(expected.size(), retreats.size());
-    expected.push_back(quiet("d4", "d5"));
-    for (Move m : original)
-        if (!contains(expected, m)) expected.push_back(m);
-    EXPECT_EQ(ordered, expected);
-}
-
 TEST(PickerTest, QuiescenceCaptureFilter) {
     // Qxa4 (a pawn, and check) and Qxg4 (a knight); Black has too little material for the full
     // threshold, so it drops by one unit.
@@ -260,28 +235,6 @@ TEST(PickerTest, QuiescenceCaptureFilter) {
     ASSERT_NE(batch, nullptr);
     EXPECT_EQ(std::vector<Move>(batch, picker.end),
               std::vector<Move>{makeMoveWord(square("e4"), square("d6"), discovered->at(square("d6")))});
-}
-
-TEST(PickerTest, QuiescenceChecksThenSafePushes) {
-    // Both pushes are safe and give no check; the g-pawn is farther from the black king.
-    auto board = boardFrom("2k5/8/P5P1/8/8/8/8/4K3 w - - 0 1");
-    Picker picker = Picker::quiescence(*board, NO_MOVE, 0, true);
-    std::vector<Batch> batches = drain(picker);
-    ASSERT_EQ(batches.size(), 1u);
-    EXPECT_EQ(batches[0].stage, PICK_PAWN_PUSHES);
-    EXPECT_EQ(batches[0].moves, (std::vector<Move>{quiet("g6", "g7"), quiet("a6", "a7")}));
-    Picker withoutChecks = Picker::quiescence(*board, NO_MOVE, 0, false);
-    EXPECT_EQ(withoutChecks.next(), nullptr);
-
-    // A push that checks comes with the checks only; a push into a rook's fire not at all.
-    auto rook = boardFrom("3k4/7r/1P2P3/8/8/8/8/4K3 w - - 0 1");
-    Picker second = Picker::quiescence(*rook, NO_MOVE, 0, true);
-    batches = drain(second);
-    ASSERT_EQ(batches.size(), 1u);
-    EXPECT_EQ(batches[0].stage, PICK_QUIET_CHECKS);
-    const std::vector<Move> checks = allMoves(batches);
-    EXPECT_TRUE(contains(checks, quiet("e6", "e7")));
-    EXPECT_FALSE(contains(checks, quiet("b6", "b7")));
 }
 
 }  // namespace
