@@ -53,13 +53,6 @@ TEST(Search, SolvesMatesWithTheExactDistanceAndMove) {
     }
 }
 
-TEST(Search, SideThatIsMatedScoresTheDistanceNegated) {
-    // Black's only move is Kb8, and Rh8 mates.
-    const SearchOutcome lost = searchPosition("k7/8/1K6/8/8/8/8/7R b - - 0 1", 6, 20000);
-    EXPECT_EQ(lost.score, -(MATE - 2));
-    EXPECT_EQ(lost.bestText, "Ka8b8");
-}
-
 TEST(Search, EndsWithoutAMoveWhenThereIsNone) {
     const SearchOutcome mated = searchPosition("3R2k1/5ppp/8/8/8/8/8/6K1 b - - 0 1", 10, 1000);
     EXPECT_EQ(mated.best, NO_MOVE);
@@ -91,13 +84,6 @@ TEST(Search, TinyLimitsStillGiveALegalMove) {
     const SearchOutcome small = searchPosition(fen, sanitized() ? 4 : 7, 20000);
     EXPECT_TRUE(isLegalHere(small.best));
     tt.alloc(8 * 1024);
-}
-
-TEST(Search, BareKingsAreADrawAtEveryDepth) {
-    const SearchOutcome found = searchPosition("8/8/3k4/8/8/4K3/8/8 w - - 0 1", 0, 2000);
-    EXPECT_EQ(found.score, 0);
-    EXPECT_TRUE(isLegalHere(found.best));
-    EXPECT_EQ(found.reason, "depth limit\n");  // every iteration up to the last one is instant
 }
 
 TEST(Search, LinesDownToTheDeepestPlyStayInBounds) {
@@ -267,20 +253,6 @@ TEST(Search, BenchNodeCountIsASignature) {
         Board board;
         EXPECT_TRUE(board.setFen(fen)) << fen;
     }
-}
-
-TEST(Search, StopEndsAnInfiniteSearchOnTheThread) {
-    RecordingListener listener;
-    searchThread.boot();
-    searchThread.boot();  // a second boot is refused
-    ASSERT_TRUE(gameBoard.setFen("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP3PPP/R2QKB1R w KQ - 0 8"));
-    searchThread.startSearch(analysisOfGameBoard(listener), false);
-    platform::sleepMs(50);
-    searchThread.ponderhit();  // the analysis becomes a timed search
-    searchThread.stopSearch();
-    EXPECT_TRUE(searchThread.isIdle());
-    EXPECT_EQ(listener.finishes, 1);
-    EXPECT_TRUE(isLegalHere(listener.best));
 }
 
 TEST(Search, PonderhitWithASingleReplyEndsThePonderingAtOnce) {
