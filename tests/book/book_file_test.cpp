@@ -14,9 +14,7 @@ namespace {
 using testing::internal::CaptureStdout;
 using testing::internal::GetCapturedStdout;
 
-BookEntry entry(uint64_t key, uint8_t to, uint16_t won = 1, uint16_t drawn = 0, uint16_t lost = 0) {
-    return BookEntry{key, 0x14, to, won, drawn, lost};
-}
+BookEntry entry(uint64_t key, uint8_t to) { return BookEntry{key, 0x14, to, 1, 0, 0}; }
 
 std::string saveQuietly(const ScratchDir& dir, const std::vector<BookEntry>& entries) {
     const std::string path = dir.file("test.bbk");
