@@ -209,32 +209,4 @@ TEST(PickerTest, CapturesByExchangeLosingOnesAfterQuietMoves) {
     EXPECT_EQ(promotionKind(promotions.moves[0]), QUEEN);
 }
 
-TEST(PickerTest, QuiescenceCaptureFilter) {
-    // Qxa4 (a pawn, and check) and Qxg4 (a knight); Black has too little material for the full
-    // threshold, so it drops by one unit.
-    auto board = boardFrom("4k3/8/8/8/p5n1/8/8/3QK3 w - - 0 1");
-    const Move takesPawn = makeMoveWord(square("d1"), square("a4"), board->at(square("a4")));
-    const Move takesKnight = makeMoveWord(square("d1"), square("g4"), board->at(square("g4")));
-    auto captures = [&](Move hash, int delta, bool checks) {
-        Picker picker = Picker::quiescence(*board, hash, delta, checks);
-        Move* batch = picker.next();
-        if (!batch) return std::vector<Move>{};
-        EXPECT_EQ(picker.stage, PICK_QUIESCENCE_CAPTURES);
-        return std::vector<Move>(batch, picker.end);
-    };
-    EXPECT_EQ(captures(NO_MOVE, 0, false), (std::vector<Move>{takesKnight, takesPawn}));
-    EXPECT_EQ(captures(takesPawn, 0, false), (std::vector<Move>{takesPawn, takesKnight}));
-    EXPECT_EQ(captures(NO_MOVE, 450, false), std::vector<Move>{takesKnight});  // 4 - 1 units: the pawn goes
-    EXPECT_EQ(captures(NO_MOVE, 450, true), (std::vector<Move>{takesKnight, takesPawn}));  // it checks
-    EXPECT_EQ(captures(NO_MOVE, 550, false), std::vector<Move>{});
-
-    // A capture that uncovers a check is kept, even losing and below the threshold.
-    auto discovered = boardFrom("4k3/2p5/3p4/8/4N3/8/8/4R1K1 w - - 0 1");
-    Picker picker = Picker::quiescence(*discovered, NO_MOVE, 550, false);
-    Move* batch = picker.next();
-    ASSERT_NE(batch, nullptr);
-    EXPECT_EQ(std::vector<Move>(batch, picker.end),
-              std::vector<Move>{makeMoveWord(square("e4"), square("d6"), discovered->at(square("d6")))});
-}
-
 }  // namespace
