@@ -104,17 +104,6 @@ TEST(Search, LinesDownToTheDeepestPlyStayInBounds) {
     timeControl.infinite.store(false);
 }
 
-TEST(Search, MateDistancePruningCutsBeforeAnyMove) {
-    SearchThread& thread = threadAt("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP3PPP/R2QKB1R w KQ - 0 8");
-    // Mating from ply 5 takes at least until ply 6: no better than MATE - 6 is possible.
-    EXPECT_EQ(alphaBeta(thread, 5, MATE - 5, MATE - 4, 6, NO_MOVE, NODE_CUT), MATE - 6);
-    // Not in check at ply 4, the side to move cannot be mated before ply 6.
-    EXPECT_EQ(alphaBeta(thread, 4, -MATE + 1, -MATE + 3, 6, NO_MOVE, NODE_CUT), 4 - (MATE - 2));
-    EXPECT_EQ(thread.stats.nodes.get(), 2u);
-    // A PV node searches on.
-    EXPECT_LT(alphaBeta(thread, 4, -MATE + 1, -MATE + 3, 1, NO_MOVE, NODE_PV), MATE_BOUND);
-}
-
 TEST(Search, TableScoresAreReadRelativeToTheNode) {
     SearchThread& thread = threadAt("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP3PPP/R2QKB1R w KQ - 0 8");
 
