@@ -1,5 +1,5 @@
 // Whole searches: mates found with their exact distance, the reasons a search ends, and positions
-// that have tripped searches up (no moves at all, bare kings, tiny limits, very long lines).
+// that have tripped searches up (no moves at all, tiny limits, very long lines).
 #include <gtest/gtest.h>
 
 #include <cstring>
