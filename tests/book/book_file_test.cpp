@@ -14,7 +14,9 @@ namespace {
 using testing::internal::CaptureStdout;
 using testing::internal::GetCapturedStdout;
 
-BookEntry entry(uint64_t key, uint8_t to) { return BookEntry{key, 0x14, to, 1, 0, 0}; }
+BookEntry entry(uint64_t key, uint8_t to) {
+    return BookEntry{key, 0x14, to, 1, 0, 0};
+}
 
 std::string saveQuietly(const ScratchDir& dir, const std::vector<BookEntry>& entries) {
     const std::string path = dir.file("test.bbk");
