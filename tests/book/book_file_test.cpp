@@ -1,5 +1,5 @@
-// The book file on disk: record layout, saving, the binary search with its first-record rule, probes
-// of the entry table, and damaged files.
+// The book file on disk: the binary search with its first-record rule, probes of the entry table, and
+// damaged files.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -14,8 +14,8 @@ namespace {
 using testing::internal::CaptureStdout;
 using testing::internal::GetCapturedStdout;
 
-BookEntry entry(uint64_t key, uint8_t to, uint16_t won = 1, uint16_t drawn = 0, uint16_t lost = 0) {
-    return BookEntry{key, 0x14, to, won, drawn, lost};
+BookEntry entry(uint64_t key, uint8_t to) {
+    return BookEntry{key, 0x14, to, 1, 0, 0};
 }
 
 std::string saveQuietly(const ScratchDir& dir, const std::vector<BookEntry>& entries) {
@@ -24,29 +24,6 @@ std::string saveQuietly(const ScratchDir& dir, const std::vector<BookEntry>& ent
     EXPECT_TRUE(Book::save(path.c_str(), entries));
     GetCapturedStdout();
     return path;
-}
-
-TEST(BookFile, SaveWritesBigEndianRecordsAndLeavesOutMovesWithoutGames) {
-    ScratchDir dir;
-    const std::string path = dir.file("layout.bbk");
-    const std::vector<BookEntry> entries = {
-        {0x0123456789ABCDEFull, 0x94, 0x34, 0x0102, 0x0304, 0x0506},
-        {0x1000000000000000ull, 0x06, 0x25, 0, 0, 0},
-        {0xFEDCBA9876543210ull, 0x01, 0x22, 0, 65535, 0},
-    };
-    CaptureStdout();
-    ASSERT_TRUE(Book::save(path.c_str(), entries));
-    GetCapturedStdout();
-    const std::string bytes = readText(path);
-    ASSERT_EQ(bytes.size(), 32u);
-    const std::string first("\x01\x23\x45\x67\x89\xAB\xCD\xEF\x94\x34\x01\x02\x03\x04\x05\x06", 16);
-    EXPECT_EQ(bytes.substr(0, 16), first);
-    EXPECT_EQ(readBookFile(path), (std::vector<BookEntry>{entries[0], entries[2]}));
-
-    const std::string nowhere = dir.file("missing/dir/book.bbk");
-    CaptureStdout();
-    EXPECT_FALSE(Book::save(nowhere.c_str(), entries));
-    EXPECT_EQ(GetCapturedStdout(), "saving book to " + nowhere + "\ncould not open file: " + nowhere + "\n");
 }
 
 TEST(BookFile, FindLocatesTheFirstRecordOfAKeyExceptAtRecordZero) {

@@ -52,35 +52,6 @@ TEST(PgnReader, FormsOfMovetextPeopleWrite) {
     EXPECT_EQ(cut[0].result, "*");
 }
 
-TEST(PgnReader, ADamagedGameIsReportedAndTheNextOneStillReads) {
-    const std::vector<PgnGame> games = readText(
-        "[Event \"1\"]\n1. e4 {never closed\n"
-        "[Event \"2\"]\n1. d4 (1. c4 e5\n"
-        "[Event \"3\"]\n1. Nf3 Nf6@ 2. g3 1-0\n"
-        "[Event \"4\" missing bracket\n1. c4 1-0\n"
-        "[Event 5]\n1. c4 1-0\n"
-        "[Event \"6\"]\n1. e4 e5\n"
-        "[Event \"7\"]\n} ] ) 1. e4 Ke7 0-1\n"
-        "[Event \"8\"]\n1. e4 (");
-    ASSERT_EQ(games.size(), 8u);
-    const char* errors[] = {"unterminated comment",
-                            "unterminated variation",
-                            "unreadable move 'Nf6@'",
-                            "malformed tag pair",
-                            "malformed tag pair",
-                            "",
-                            "",
-                            "unterminated variation"};
-    for (size_t i = 0; i < games.size(); i++) {
-        EXPECT_EQ(games[i].error, errors[i]) << "game " << i + 1;
-        EXPECT_EQ(games[i].number, i + 1);
-    }
-    EXPECT_EQ(games[5].result, "") << "a game cut off by the next game's tags has no result";
-    EXPECT_EQ(games[5].moves.size(), 2u);
-    EXPECT_EQ(*games[6].tag("Event"), "7");
-    EXPECT_EQ(games[6].moves.size(), 2u);
-}
-
 TEST(PgnReader, HostileInputEndsWithoutHangingOrGrowing) {
     const size_t big = sanitized() ? 2000000 : 10000000;
     std::mt19937 random(7);

@@ -1,4 +1,4 @@
-// Choosing and showing book moves: the share of each move and the table's 16-bit totals.
+// Choosing book moves: the share of each move.
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -30,30 +30,9 @@ class BookMoves : public testing::Test {
         ASSERT_TRUE(target.open(dir.file("moves.bbk").c_str()));
     }
 
-    std::string shown(Book& source) {
-        CaptureStdout();
-        source.show(*board);
-        return GetCapturedStdout();
-    }
-
     ScratchDir dir;
     std::unique_ptr<Board> board = std::make_unique<Board>();
 };
-
-const std::string HEADER =
-    " Pick   Move      games    score    draws\n-----------------------------------------\n";
-
-TEST_F(BookMoves, ShowKeepsTheTotalsInSixteenBitsAndKeysTheSideToMove) {
-    Book book;
-    openBook(book, {{0, E2, E4, 40000, 0, 0}, {0, D2, D4, 40000, 0, 0}});
-    EXPECT_EQ(shown(book), HEADER +
-                               " 50.0%  e2e4      40000  100.000    0.000\n"
-                               " 50.0%  d2d4      40000  100.000    0.000\n"
-                               "------------------------------------------\n"
-                               "100.0%            14464  100.000    0.000\n");
-    board->sideToMove = BLACK;
-    EXPECT_EQ(shown(book), "position not in book\n");
-}
 
 TEST_F(BookMoves, PickChoosesMovesInProportionToTheirGames) {
     Book book;

@@ -16,8 +16,6 @@
 
 struct RecordingListener : SearchListener {
     int finishes = 0;
-    int lines = 0;
-    int moves = 0;
     int depth = 0;
     int score = 0;
     Move best = NO_MOVE;
@@ -28,8 +26,8 @@ struct RecordingListener : SearchListener {
         score = report.score;
         best = report.best;
     }
-    void reportLine(const SearchReport&) override { ++lines; }
-    void reportMove(const SearchReport&, int, Move) override { ++moves; }
+    void reportLine(const SearchReport&) override {}
+    void reportMove(const SearchReport&, int, Move) override {}
 };
 
 struct SearchOutcome {
@@ -69,9 +67,9 @@ inline SearchRequest analysisOfGameBoard(SearchListener& listener) {
 }
 
 // Searches fen like searchGameBoard, from an empty table.
-inline SearchOutcome searchPosition(const char* fen, int maxDepth, int moveTimeMs, bool clearTable = true) {
+inline SearchOutcome searchPosition(const char* fen, int maxDepth, int moveTimeMs) {
     EXPECT_TRUE(gameBoard.setFen(fen)) << fen;
-    if (clearTable) tt.clear();
+    tt.clear();
     return searchGameBoard(maxDepth, moveTimeMs);
 }
 

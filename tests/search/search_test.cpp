@@ -1,5 +1,5 @@
 // Whole searches: mates found with their exact distance, the reasons a search ends, and positions
-// that have tripped searches up (no moves at all, bare kings, tiny limits, very long lines).
+// that have tripped searches up (no moves at all, tiny limits, very long lines).
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -53,13 +53,6 @@ TEST(Search, SolvesMatesWithTheExactDistanceAndMove) {
     }
 }
 
-TEST(Search, SideThatIsMatedScoresTheDistanceNegated) {
-    // Black's only move is Kb8, and Rh8 mates.
-    const SearchOutcome lost = searchPosition("k7/8/1K6/8/8/8/8/7R b - - 0 1", 6, 20000);
-    EXPECT_EQ(lost.score, -(MATE - 2));
-    EXPECT_EQ(lost.bestText, "Ka8b8");
-}
-
 TEST(Search, EndsWithoutAMoveWhenThereIsNone) {
     const SearchOutcome mated = searchPosition("3R2k1/5ppp/8/8/8/8/8/6K1 b - - 0 1", 10, 1000);
     EXPECT_EQ(mated.best, NO_MOVE);
@@ -93,13 +86,6 @@ TEST(Search, TinyLimitsStillGiveALegalMove) {
     tt.alloc(8 * 1024);
 }
 
-TEST(Search, BareKingsAreADrawAtEveryDepth) {
-    const SearchOutcome found = searchPosition("8/8/3k4/8/8/4K3/8/8 w - - 0 1", 0, 2000);
-    EXPECT_EQ(found.score, 0);
-    EXPECT_TRUE(isLegalHere(found.best));
-    EXPECT_EQ(found.reason, "depth limit\n");  // every iteration up to the last one is instant
-}
-
 TEST(Search, LinesDownToTheDeepestPlyStayInBounds) {
     // Deep enough below the root that quiescence runs into its ply limit.
     ASSERT_TRUE(gameBoard.setFen("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP3PPP/R2QKB1R w KQ - 0 8"));
@@ -116,17 +102,6 @@ TEST(Search, LinesDownToTheDeepestPlyStayInBounds) {
     const int qscore = quiescence(thread, 118, -MATE, MATE, 4, gameBoard.lastMove);
     EXPECT_GT(qscore, -WON_BOUND);
     timeControl.infinite.store(false);
-}
-
-TEST(Search, MateDistancePruningCutsBeforeAnyMove) {
-    SearchThread& thread = threadAt("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP3PPP/R2QKB1R w KQ - 0 8");
-    // Mating from ply 5 takes at least until ply 6: no better than MATE - 6 is possible.
-    EXPECT_EQ(alphaBeta(thread, 5, MATE - 5, MATE - 4, 6, NO_MOVE, NODE_CUT), MATE - 6);
-    // Not in check at ply 4, the side to move cannot be mated before ply 6.
-    EXPECT_EQ(alphaBeta(thread, 4, -MATE + 1, -MATE + 3, 6, NO_MOVE, NODE_CUT), 4 - (MATE - 2));
-    EXPECT_EQ(thread.stats.nodes.get(), 2u);
-    // A PV node searches on.
-    EXPECT_LT(alphaBeta(thread, 4, -MATE + 1, -MATE + 3, 1, NO_MOVE, NODE_PV), MATE_BOUND);
 }
 
 TEST(Search, TableScoresAreReadRelativeToTheNode) {
@@ -267,20 +242,6 @@ TEST(Search, BenchNodeCountIsASignature) {
         Board board;
         EXPECT_TRUE(board.setFen(fen)) << fen;
     }
-}
-
-TEST(Search, StopEndsAnInfiniteSearchOnTheThread) {
-    RecordingListener listener;
-    searchThread.boot();
-    searchThread.boot();  // a second boot is refused
-    ASSERT_TRUE(gameBoard.setFen("r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP3PPP/R2QKB1R w KQ - 0 8"));
-    searchThread.startSearch(analysisOfGameBoard(listener), false);
-    platform::sleepMs(50);
-    searchThread.ponderhit();  // the analysis becomes a timed search
-    searchThread.stopSearch();
-    EXPECT_TRUE(searchThread.isIdle());
-    EXPECT_EQ(listener.finishes, 1);
-    EXPECT_TRUE(isLegalHere(listener.best));
 }
 
 TEST(Search, PonderhitWithASingleReplyEndsThePonderingAtOnce) {

@@ -1,18 +1,10 @@
-// The time control as the search sees it: limits that never spend more than the clock holds, phases
-// that a fail high or a falling score enter and the next iteration leaves, and a ponderhit that turns
-// the clock on in the phase the search is in.
+// The time control as the search sees it: limits that never spend more than the clock holds, and a
+// ponderhit that turns the clock on in the phase the search is in.
 #include "search/timecontrol.h"
 
 #include <gtest/gtest.h>
 
-#include "platform/platform.h"
-
 namespace {
-
-// Pretends the search started ms milliseconds ago.
-void backdate(TimeControl& tc, uint32_t ms) {
-    tc.startTick = platform::getTickCount() - ms;
-}
 
 TEST(TimeControlTest, PhasesGrowAndNeverPassTheClock) {
     for (int reserve : {0, 1000})
@@ -36,43 +28,6 @@ TEST(TimeControlTest, PhasesGrowAndNeverPassTheClock) {
     EXPECT_GT(pondering.phaseLimit[TimeControl::NORMAL_PHASE], plain.phaseLimit[TimeControl::NORMAL_PHASE]);
     EXPECT_GT(outOfBook.phaseLimit[TimeControl::NORMAL_PHASE], plain.phaseLimit[TimeControl::NORMAL_PHASE]);
     EXPECT_EQ(later.phaseLimit[TimeControl::NORMAL_PHASE], plain.phaseLimit[TimeControl::NORMAL_PHASE]);
-}
-
-TEST(TimeControlTest, FailHighAndScoreDropMoveTheLiveLimit) {
-    TimeControl tc;
-    tc.setClock(0, 60000, 0);
-    tc.start();
-    const auto limitOf = [&](int phase) { return uint32_t(tc.phaseLimit[phase]); };
-    EXPECT_EQ(tc.limit, limitOf(TimeControl::NORMAL_PHASE));
-    tc.enterFailHighPhase();  // no iteration finished yet: stays
-    EXPECT_EQ(tc.limit, limitOf(TimeControl::NORMAL_PHASE));
-    tc.setIteration(1);
-    tc.enterFailHighPhase();
-    EXPECT_EQ(tc.limit, limitOf(TimeControl::FAIL_HIGH_PHASE));
-    tc.leaveFailHighPhase();
-    EXPECT_EQ(tc.limit, limitOf(TimeControl::NORMAL_PHASE));
-
-    tc.setIteration(3);
-    tc.nextIteration(300);
-    tc.checkScoreDrop(100);  // a clear advantage earns no panic time
-    EXPECT_EQ(tc.phase, TimeControl::NORMAL_PHASE);
-    tc.nextIteration(40);
-    tc.checkScoreDrop(30);  // nor does a small drop
-    EXPECT_EQ(tc.phase, TimeControl::NORMAL_PHASE);
-    tc.checkScoreDrop(20);
-    EXPECT_EQ(tc.limit, limitOf(TimeControl::PANIC_PHASE));
-    tc.enterFailHighPhase();  // panic outranks a fail high
-    EXPECT_EQ(tc.phase, TimeControl::PANIC_PHASE);
-    tc.nextIteration(20);
-    EXPECT_EQ(tc.limit, limitOf(TimeControl::NORMAL_PHASE));
-
-    // No new iteration once its fair share of the time is gone, unless there is no limit.
-    backdate(tc, 0);
-    EXPECT_TRUE(tc.nextIteration(0));
-    backdate(tc, limitOf(TimeControl::NORMAL_PHASE) + 1);
-    EXPECT_FALSE(tc.nextIteration(0));
-    tc.infinite = true;
-    EXPECT_TRUE(tc.nextIteration(0));
 }
 
 TEST(TimeControlTest, PonderhitTurnsOnTheClockInThePhaseReached) {
