@@ -26,26 +26,18 @@ TEST(SetFen, FatalFaultsPrintTheirLineAndFail) {
     const std::pair<const char*, const char*> cases[] = {
         {"4k3/8/8/8/8/8/8/4K3/8 w", "Illegal FEN: too many rows\n"},
         {"4k3/8/8/8/8/8/8/4K3/ w", ""},  // the ninth row is never read: nothing on it
-        {"4k3/8/8/8/8/8/8/4K2x w", "invalid char in fen: x\n"},
-        {"4k3/8/8/8/8/8/8/4K2 0 w", "fen: invalid stm: 0\n"},  // the board field ends at the blank
         {"4k3/8/8/8/0/8/8/4K3 w", "invalid char in fen: 0\n"},
-        {"4k3/8/8/8/9/8/8/4K3 w", "invalid char in fen: 9\n"},
         {"4k3/8/8/8/8/8/8/4K3 x", "fen: invalid stm: x\n"},
-        {"4k3/8/8/8/8/8/8/4K3 W", "fen: invalid stm: W\n"},
         {"R3k2R/8/8/8/8/8/8/4K3 b", "Illegal FEN: double slider attack not possible\n"},
         {"4k3/8/3N4/8/8/8/8/4R1K1 b", ""},  // knight and rook: a double check that can happen
         {"4k3/2N5/3N4/8/8/8/8/4R1K1 b", "Illegal FEN: triple check?!\n"},
         // Guards: positions the board cannot hold or the generators cannot handle.
         {"4k3/8/8/8/8/8/8/4K3R w", "Illegal FEN: row too long\n"},
-        {"4k3/8/8/8/8/8/8/44K w", "Illegal FEN: row too long\n"},
         {"4k3/8/8/8/8/8/PPPPPPPP/P3K3 w", "Illegal FEN: too many pieces: P\n"},
-        {"4k3/8/8/8/8/8/8/4K2K w", "Illegal FEN: too many pieces: K\n"},
         {"4k3/8/8/8/8/8/PPPPPPPP/QQ2K3 w", "Illegal FEN: more pieces than promotions allow\n"},
         {"4k3/8/8/8/8/8/PPPPPPP1/QQ2K3 w", ""},
         {"8/8/8/8/8/8/8/4K3 w", "Illegal FEN: a king is missing\n"},
-        {"", "Illegal FEN: a king is missing\n"},
         {"4k2R/8/8/8/8/8/8/4K3 w", "Illegal FEN: the side not to move is in check\n"},
-        {"8/8/8/8/8/8/8/3kK3 w", "Illegal FEN: the side not to move is in check\n"},
         {"4k3/8/8/8/8/8/8/4K3 w", ""},
     };
     for (const auto& [fen, printed] : cases) {
@@ -129,23 +121,6 @@ TEST(BoardCheck, FindsEachKindOfCorruption) {
     board = good;
     board.squares[3] = EMPTY;
     EXPECT_FALSE(logOf([&] { EXPECT_FALSE(board.check("off")); }).empty());
-}
-
-TEST(BoardPrint, ScoreSheetBesideTheBoard) {
-    Board board = *boardFrom("4k3/8/8/8/8/8/8/4K3 b - -");
-    makeMove(board, makeMoveWord(0x74, 0x73));
-    makeMove(board, makeMoveWord(0x04, 0x03));
-    char* buffer = nullptr;
-    size_t size = 0;
-    FILE* stream = open_memstream(&buffer, &size);
-    board.print(stream, 0);
-    fclose(stream);
-    const std::string text(buffer, size);
-    free(buffer);
-    // Black moved first: White's first entry is empty, Black's second move is still to come.
-    EXPECT_NE(text.find(" 8 |   |   |   |*k*|   |   |   |   |   1. ...    Ke8d8 \n"), std::string::npos)
-        << text;
-    EXPECT_NE(text.find("   +---+---+---+---+---+---+---+---+   2. Ke1d1  ...\n"), std::string::npos) << text;
 }
 
 }  // namespace
