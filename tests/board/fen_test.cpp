@@ -55,18 +55,6 @@ TEST(SetFen, TenKnightsFillTheirRange) {
     EXPECT_TRUE(board.check("knights"));
 }
 
-TEST(SetFen, CastlingRightsNeedKingAndRookAtHome) {
-    Board board;
-    std::string log = logOf([&] { board.setFen("r3k2r/8/8/8/8/8/8/R3K3 w KQkq -"); });
-    EXPECT_EQ(log, "castling K invalid\n");
-    EXPECT_EQ(board.castling, WHITE_LONG | BLACK_SHORT | BLACK_LONG);
-    EXPECT_EQ(fenOf(board), "r3k2r/8/8/8/8/8/8/R3K3 w Qkq - 0 0");
-
-    // The key holds the rights: the same placement without rights has another key.
-    EXPECT_EQ(boardFrom("r3k2r/8/8/8/8/8/8/R3K3 w Qkq -")->hash, board.hash);
-    EXPECT_NE(boardFrom("r3k2r/8/8/8/8/8/8/R3K3 w - -")->hash, board.hash);
-}
-
 TEST(SetFen, EnPassantFieldSetsSquareKeyAndPseudoMove) {
     Board board;
     EXPECT_EQ(logOf([&] { board.setFen("4k3/8/8/8/4P3/8/8/4K3 b - e3"); }), "fen: pseudo last move=e2e4\n");
