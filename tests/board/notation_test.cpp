@@ -58,20 +58,6 @@ TEST(IsMove, PiecesFilesAndAmbiguity) {
         EXPECT_EQ(read(board, text).first, NO_MOVE) << text;
 }
 
-TEST(IsMove, IllegalMovesYieldNothingSilently) {
-    Board board = *boardFrom("4k3/4r3/8/8/8/8/4N3/4K3 w - -");
-    EXPECT_EQ(read(board, "Nc3"), std::make_pair(NO_MOVE, std::string()));
-    EXPECT_EQ(read(board, "Ke1d1").first, makeMoveWord(0x04, 0x03));
-    // In check only the answers are candidates.
-    board = *boardFrom("4k3/8/8/8/8/3n4/8/R3K3 w Q -");
-    EXPECT_EQ(read(board, "O-O-O").first, NO_MOVE);
-    EXPECT_EQ(read(board, "Ra2").first, NO_MOVE);
-    EXPECT_EQ(read(board, "Ke2").first, makeMoveWord(0x04, 0x14));
-    // En passant, with its check bits as makeMove gives them.
-    board = *boardFrom("8/8/8/2k5/3pP3/8/8/4K3 b - e3");
-    EXPECT_EQ(read(board, "dxe3").first, makeMoveWord(0x33, 0x24, board.at(0x34), MOVE_EN_PASSANT));
-}
-
 void expectTextsReadBack(Board& board, const std::string& fen) {
     MoveList list;
     for (Move *move = list, *end = generateLegalMoves(board, list); move != end; ++move)
