@@ -55,21 +55,6 @@ TEST(SetFen, TenKnightsFillTheirRange) {
     EXPECT_TRUE(board.check("knights"));
 }
 
-TEST(SetFen, EnPassantFieldSetsSquareKeyAndPseudoMove) {
-    Board board;
-    EXPECT_EQ(logOf([&] { board.setFen("4k3/8/8/8/4P3/8/8/4K3 b - e3"); }), "fen: pseudo last move=e2e4\n");
-    EXPECT_EQ(board.epSquare, 0x24u);
-    EXPECT_EQ(board.lastMove, makeMoveWord(0x14, 0x34, 0, MOVE_DOUBLE_PUSH));
-    Board plain = *boardFrom("4k3/8/8/8/4P3/8/8/4K3 b - -");
-    EXPECT_EQ(board.hash, plain.hash ^ epKey(0x24));
-
-    // a1 and anything below it is no square; squares past the board are refused the same way.
-    EXPECT_EQ(logOf([&] { board.setFen("4k3/8/8/8/8/8/8/4K3 w - a1"); }), "FEN: invalid ep square: 0\n");
-    EXPECT_EQ(board.epSquare, 0u);
-    EXPECT_EQ(logOf([&] { board.setFen("4k3/8/8/8/8/8/8/4K3 w - z9"); }), "FEN: invalid ep square: 99\n");
-    EXPECT_EQ(board.epSquare, 0u);
-}
-
 TEST(SetFen, PseudoLastMoveExplainsTheCheck) {
     Board board;
     // Knight d6 and rook e1 both check the king on e8.
@@ -92,23 +77,6 @@ TEST(SetFen, PseudoLastMoveExplainsTheCheck) {
     EXPECT_EQ(board.lastMove, makeMoveWord(0x11, 0x11, 0, MOVE_CHECK));
     board = *boardFrom("4k3/8/8/8/8/8/8/4K3 w");
     EXPECT_EQ(board.lastMove, NO_MOVE);
-}
-
-TEST(BoardCheck, FindsEachKindOfCorruption) {
-    const Board good = *boardFrom("r3k2r/8/8/8/8/8/8/R3K2R w KQkq -");
-    Board board = good;
-    board.hash ^= 1;
-    EXPECT_EQ(logOf([&] { EXPECT_FALSE(board.check("x")); }), ": hash not ok: x\n");
-    board = good;
-    board.material[BLACK] -= ROOK_MATERIAL;
-    EXPECT_EQ(logOf([&] { EXPECT_FALSE(board.check("y")); }),
-              "y: BlackMaterial not ok: 10100005!=2020000a\n");
-    board = good;
-    board.pieceSquare[WHITE_BASE + ROOK_SLOT] = 0x01;
-    EXPECT_NE(logOf([&] { EXPECT_FALSE(board.check("z")); }).find(" z wrong index:"), std::string::npos);
-    board = good;
-    board.squares[3] = EMPTY;
-    EXPECT_FALSE(logOf([&] { EXPECT_FALSE(board.check("off")); }).empty());
 }
 
 }  // namespace
