@@ -3,6 +3,7 @@
 // position, however odd (pawns on the last rank, en-passant squares without a pawn, many queens).
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <random>
 #include <string>
 #include <vector>

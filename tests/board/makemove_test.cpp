@@ -38,50 +38,6 @@ TEST(MakeMove, EnPassantSquareOnlyWithACapturerBeside) {
     EXPECT_EQ(board.ply - board.lastIrreversible, 0u);
 }
 
-TEST(MakeMove, CastlingRightsFollowKingsAndRooks) {
-    // Taking the rook on h8 drops Black's short right, moving the h1 rook White's.
-    Board board = *boardFrom("r3k2r/8/8/8/8/8/8/R3K2R w KQkq -");
-    play(board, {"Rxh8+"});
-    EXPECT_EQ(board.castling, WHITE_LONG | BLACK_LONG);
-    EXPECT_EQ(board.hash, boardFrom("r3k2R/8/8/8/8/8/8/R3K3 b Qq -")->hash);
-
-    // The key depends on the position only, whatever order the rights went in.
-    Board first = *boardFrom("r3k2r/8/8/8/8/8/8/R3K2R w KQkq -");
-    Board second = first;
-    play(first, {"h1h2", "h8h7", "a1a2", "a8a7"});
-    play(second, {"a1a2", "a8a7", "h1h2", "h8h7"});
-    EXPECT_EQ(first.hash, second.hash);
-    EXPECT_EQ(first.hash, boardFrom("4k3/r6r/8/8/8/8/R6R/4K3 w - -")->hash);
-
-    // Castling moves the rook from its corner and gives check along its file.
-    board = *boardFrom("5k2/8/8/8/8/8/8/R3K2R w KQ -");
-    play(board, {"O-O"});
-    EXPECT_EQ(board.lastMove, makeMoveWord(0x04, 0x06, 0, MOVE_CASTLING | MOVE_CHECK));
-    EXPECT_EQ(fenOf(board), "5k2/8/8/8/8/8/8/R4RK1 b - - 1 1");
-}
-
-TEST(MakeMove, TakeBackRestoresEveryKindOfMove) {
-    const char* positions[] = {"r3k2r/1P6/8/3pP3/8/8/8/R3K2R w KQkq d6", "4k3/8/8/8/8/8/1p6/R3K3 b Q -"};
-    for (const char* fen : positions) {
-        Board board = *boardFrom(fen);
-        const std::string before = fenOf(board);
-        MoveList list;
-        const SavedState saved = saveState(board);
-        for (Move *move = list, *end = generateMoves(board, list); move != end; ++move) {
-            const Move lastMove = board.lastMove;
-            const Move made = makeMove(board, *move);
-            if (!made) continue;
-            EXPECT_TRUE(board.check("made"));
-            EXPECT_EQ(board.lastMove, made);  // the generators of the next ply learn about checks from it
-            takeBack(board, *move, saved);
-            EXPECT_EQ(board.lastMove, lastMove);
-            EXPECT_TRUE(board.check("taken back"));
-            EXPECT_EQ(fenOf(board), before);
-            EXPECT_EQ(board.promotionCount, 0u);
-        }
-    }
-}
-
 TEST(MakeMove, PromotionsAndHistoryStayWithinTheirTables) {
     // With every queen slot taken (eight queens promoted and captured earlier in the line) another queen
     // is refused; a knight is still possible.

@@ -21,37 +21,6 @@ std::pair<Move, std::string> read(Board& board, const char* text) {
     return {move, testing::internal::GetCapturedStdout()};
 }
 
-TEST(MoveText, EveryFormTheBoardWrites) {
-    Board board = *boardFrom("3r3k/4P3/8/8/4N3/8/8/R3K3 w Q -");
-    EXPECT_EQ(textOf(board, NO_MOVE), "%");
-    EXPECT_EQ(textOf(board, makeMoveWord(0x04, 0x06, 0, MOVE_CASTLING)), "o-o");
-    EXPECT_EQ(textOf(board, makeMoveWord(0x04, 0x02, 0, MOVE_CASTLING)), "o-o-o");
-    EXPECT_EQ(textOf(board, makeMoveWord(0x34, 0x53)), "Ne4d6");
-    EXPECT_EQ(textOf(board, makeMoveWord(0x64, 0x73, board.at(0x73), promotionFlag(QUEEN) | MOVE_CHECK)),
-              "e7xd8=Q+");
-    // After the move the piece is found on its new square; a promotion stays a pawn move.
-    const Move promotion = makeMove(board, makeMoveWord(0x64, 0x73, board.at(0x73), promotionFlag(QUEEN)));
-    EXPECT_EQ(textOf(board, promotion), "e7xd8=Q+");
-    // A knight that checks and uncovers the rook behind it.
-    board = *boardFrom("4k3/8/8/8/4N3/8/8/4R1K1 w - -");
-    const Move doubleCheck = makeMove(board, makeMoveWord(0x34, 0x53));
-    EXPECT_EQ(doubleCheck & MOVE_CHECKS, MOVE_CHECKS);
-    EXPECT_EQ(textOf(board, doubleCheck), "Ne4d6++");
-}
-
-TEST(IsMove, CastlingInEveryAcceptedForm) {
-    Board board = *boardFrom("r3k2r/8/8/8/8/8/8/R3K2R w KQkq -");
-    const Move shortCastle = makeMoveWord(0x04, 0x06, 0, MOVE_CASTLING);
-    for (const char* text : {"e1g1", "O-O", "o-o", "O-O+"})
-        EXPECT_EQ(read(board, text).first, shortCastle) << text;
-    for (const char* text : {"e1c1", "O-O-O", "o-o-o"})
-        EXPECT_EQ(read(board, text).first, makeMoveWord(0x04, 0x02, 0, MOVE_CASTLING)) << text;
-    EXPECT_EQ(read(board, "0-0"), std::make_pair(NO_MOVE, std::string("illegal char in move 0-0: 0\n")));
-    EXPECT_EQ(read(board, "O-O-O-O").first, NO_MOVE);
-    EXPECT_TRUE(board.check("castling"));
-    EXPECT_EQ(fenOf(board), "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 0");
-}
-
 TEST(IsMove, PromotionLetters) {
     Board board = *boardFrom("7k/1P2P3/2n5/1P6/4B3/8/8/7K w - -");
     auto promotionTo = [&](const char* text) { return promotionKind(read(board, text).first); };
@@ -87,20 +56,6 @@ TEST(IsMove, PiecesFilesAndAmbiguity) {
     EXPECT_EQ(read(board, "Kd2").first, makeMoveWord(0x04, 0x13));
     for (const char* text : {"", "N", "e", "Nd", "Qe2e3", "e4e5e6", "d5"})
         EXPECT_EQ(read(board, text).first, NO_MOVE) << text;
-}
-
-TEST(IsMove, IllegalMovesYieldNothingSilently) {
-    Board board = *boardFrom("4k3/4r3/8/8/8/8/4N3/4K3 w - -");
-    EXPECT_EQ(read(board, "Nc3"), std::make_pair(NO_MOVE, std::string()));
-    EXPECT_EQ(read(board, "Ke1d1").first, makeMoveWord(0x04, 0x03));
-    // In check only the answers are candidates.
-    board = *boardFrom("4k3/8/8/8/8/3n4/8/R3K3 w Q -");
-    EXPECT_EQ(read(board, "O-O-O").first, NO_MOVE);
-    EXPECT_EQ(read(board, "Ra2").first, NO_MOVE);
-    EXPECT_EQ(read(board, "Ke2").first, makeMoveWord(0x04, 0x14));
-    // En passant, with its check bits as makeMove gives them.
-    board = *boardFrom("8/8/8/2k5/3pP3/8/8/4K3 b - e3");
-    EXPECT_EQ(read(board, "dxe3").first, makeMoveWord(0x33, 0x24, board.at(0x34), MOVE_EN_PASSANT));
 }
 
 void expectTextsReadBack(Board& board, const std::string& fen) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <ostream>
@@ -12,7 +11,6 @@
 #include "board/board.h"
 #include "boards.h"
 #include "environment.h"
-#include "frontend/util/log.h"
 
 struct PerftCase {
     std::string fen;
@@ -39,20 +37,4 @@ inline std::vector<PerftCase> loadPerftCases() {
         cases.push_back(c);
     }
     return cases;
-}
-
-// What `run` writes to the log.
-template <typename Run>
-std::string logOf(const Run& run) {
-    char* buffer = nullptr;
-    size_t size = 0;
-    FILE* stream = open_memstream(&buffer, &size);
-    FILE* previous = Log::stream();
-    Log::setStream(stream);
-    run();
-    Log::setStream(previous);
-    fclose(stream);
-    std::string text(buffer, size);
-    free(buffer);
-    return text;
 }

@@ -24,13 +24,11 @@ const std::string LIBRARIES = KELVRA_TEST_EGBB_DIR;
 // The stand-in's test controls, found in the library the engine loaded.
 struct Controls {
     void (*claim)(int men, int answer);
-    const char* (*lastLoad)(int* cacheBytes, int* loadOptions, int* loads);
     int (*lastProbe)(int* args);
 
     Controls() {
         void* library = platform::loadLibrary(LIBRARIES + "/standin/egbbso64.so");
         claim = reinterpret_cast<decltype(claim)>(platform::findSymbol(library, "stand_in_claim"));
-        lastLoad = reinterpret_cast<decltype(lastLoad)>(platform::findSymbol(library, "stand_in_last_load"));
         lastProbe =
             reinterpret_cast<decltype(lastProbe)>(platform::findSymbol(library, "stand_in_last_probe"));
     }
@@ -103,32 +101,7 @@ TEST(BitbaseLoading, MissingLibraryOrEntryPoints) {
     }
 }
 
-TEST_F(StandIn, InitRaisesTheCacheAndFindsTheSets) {
-    std::string output;
-    auto three = connect(controls, 3, 0, 4, output);
-    EXPECT_EQ(output, "egbb.3men=1\negbb.4men=0\negbb.5men=0\nEGBB: loaded, maxmen=3, ram=16\n");
-    EXPECT_EQ(three->maxMen(), 3);
-    int cacheBytes, options, loads;
-    EXPECT_EQ(std::string(controls.lastLoad(&cacheBytes, &options, &loads)), LIBRARIES + "/standin/");
-    EXPECT_EQ(cacheBytes, 16 * 1048576);
-    EXPECT_EQ(options, 1);
-    // Only once.
-    CaptureStdout();
-    EXPECT_TRUE(three->init(64));
-    EXPECT_EQ(GetCapturedStdout(), "");
-    int again;
-    controls.lastLoad(&cacheBytes, &options, &again);
-    EXPECT_EQ(again, loads);
-
-    auto four = connect(controls, 4, 0, 32, output);
-    EXPECT_EQ(output, "egbb.3men=1\negbb.4men=1\negbb.5men=0\nEGBB: loaded, maxmen=4, ram=32\n");
-    controls.lastLoad(&cacheBytes, &options, &loads);
-    EXPECT_EQ(cacheBytes, 32 * 1048576);
-    auto five = connect(controls, 5, 0, 16, output);
-    EXPECT_EQ(output, "egbb.3men=1\negbb.4men=1\negbb.5men=1\nEGBB: loaded, maxmen=5, ram=16\n");
-    EXPECT_EQ(five->maxMen(), 5);
-
-    // A directory written with Windows separators.
+TEST(BitbaseLoading, DirectoryWithWindowsSeparators) {
     EGBB windows;
     CaptureStdout();
     EXPECT_TRUE(windows.load((LIBRARIES + "\\standin\\").c_str()));

@@ -11,10 +11,6 @@ namespace {
 constexpr int NOT_AVAILABLE = 99999;
 
 struct Recorded {
-    char path[512] = "";
-    int cacheBytes = -1;
-    int loadOptions = -1;
-    int loads = 0;
     int probes = 0;
     int lastProbe[9] = {};
 };
@@ -26,12 +22,7 @@ int answer = 0;
 }  // namespace
 
 #ifndef STAND_IN_WITHOUT_LOAD
-STAND_IN_EXPORT void load_egbb_5men(char* path, int cacheBytes, int loadOptions) {
-    std::strncpy(recorded.path, path ? path : "", sizeof recorded.path - 1);
-    recorded.cacheBytes = cacheBytes;
-    recorded.loadOptions = loadOptions;
-    recorded.loads++;
-}
+STAND_IN_EXPORT void load_egbb_5men(char*, int, int) {}
 #endif
 
 #ifndef STAND_IN_WITHOUT_PROBE
@@ -52,15 +43,7 @@ STAND_IN_EXPORT void stand_in_claim(int men, int value) {
     answer = value;
 }
 
-// What the library was last asked: the load call's path, cache bytes and option, the counts of load
-// and probe calls, and the nine arguments of the last probe.
-STAND_IN_EXPORT const char* stand_in_last_load(int* cacheBytes, int* loadOptions, int* loads) {
-    *cacheBytes = recorded.cacheBytes;
-    *loadOptions = recorded.loadOptions;
-    *loads = recorded.loads;
-    return recorded.path;
-}
-
+// The count of probe calls and the nine arguments of the last one.
 STAND_IN_EXPORT int stand_in_last_probe(int* args) {
     std::memcpy(args, recorded.lastProbe, sizeof recorded.lastProbe);
     return recorded.probes;
