@@ -1,4 +1,4 @@
-// The position commands, bare FEN lines and move lines, through the engine binary.
+// Move lines typed at the console, short and longer than the board's history, through the engine binary.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -14,51 +14,6 @@ std::string session(const std::string& input) {
     EXPECT_EQ(run.exitCode, 0);
     const size_t prompt = run.output.find("% ");
     return prompt == std::string::npos ? run.output : run.output.substr(prompt);
-}
-
-const std::string startFen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 0\n";
-
-TEST(PositionCommands, StartUpShowsTheStartPosition) {
-    EngineRun run = runEngine({}, "", scratchDirectory("position"));
-    const std::string beforePrompt = run.output.substr(0, run.output.find("% "));
-    EXPECT_NE(beforePrompt.find(" 8 |*r*|*n*|*b*|*q*|*k*|*b*|*n*|*r*|\n"), std::string::npos) << beforePrompt;
-    EXPECT_NE(beforePrompt.find(startFen + " hash="), std::string::npos) << beforePrompt;
-}
-
-TEST(PositionCommands, FenAndReset) {
-    std::string out = session("fen 4k3/8/8/8/8/8/8/4K2R w K - 5 9\nreset\n");
-    EXPECT_NE(out.find("4k3/8/8/8/8/8/8/4K2R w K - 0 0\n"), std::string::npos) << out;
-    EXPECT_NE(out.find(" 1 |   |   |   |   |(K)|   |   |(R)|  5-0=5 \n"), std::string::npos) << out;
-    EXPECT_NE(out.rfind(startFen), std::string::npos);
-    // A FEN that cannot be read leaves the position as it was, and the board is shown again.
-    out = session("fen 4k3/8/8/8/8/8/8/4K2x w\n");
-    EXPECT_NE(out.find("invalid char in fen: x\nsetfen failed\n"), std::string::npos) << out;
-    EXPECT_NE(out.find(startFen), std::string::npos) << out;
-}
-
-TEST(PositionCommands, MovesListsTheLegalMoves) {
-    EXPECT_EQ(
-        session("m\n"),
-        "% #moves = 20\na2a3 a2a4 b2b3 b2b4 c2c3 c2c4 d2d3 d2d4 e2e3 e2e4 f2f3 f2f4 g2g3 g2g4 h2h3 h2h4 "
-        "Nb1a3 Nb1c3 Ng1f3 Ng1h3 \n% ");
-    const std::string out = session("fen 4k3/8/8/8/8/8/8/R3K3 b - -\nmoves\n");
-    EXPECT_EQ(out.find("1. ..."), std::string::npos) << out;  // no moves played, no score sheet
-    EXPECT_NE(out.find("#moves = 5\nKe8f8 Ke8d8 Ke8d7 Ke8e7 Ke8f7 \n"), std::string::npos) << out;
-    EXPECT_EQ(out.find("--!isMove()?!"), std::string::npos);
-}
-
-TEST(PositionCommands, PerftAndDivide) {
-    const std::string out = session("perft\nperft 0\ndivide 2\n");
-    EXPECT_NE(out.find("perft 2\n" + std::string(30, ' ') + "20 ops in"), std::string::npos) << out;
-    EXPECT_NE(out.find("\n" + std::string(29, ' ') + "400 ops in"), std::string::npos) << out;
-    EXPECT_NE(out.find("% perft 0\n% ----divide---\n"), std::string::npos) << out;
-    EXPECT_NE(out.find("Ng1h3            20\n-------------------\ntotal           400\n"), std::string::npos)
-        << out;
-}
-
-TEST(PositionCommands, BareFenLines) {
-    const std::string out = session("4k3/8/8/8/8/8/8/4K3 b\n");
-    EXPECT_NE(out.find("4k3/8/8/8/8/8/8/4K3 b - - 0 0\n"), std::string::npos) << out;
 }
 
 TEST(PositionCommands, MoveLines) {
