@@ -77,16 +77,6 @@ TEST(UciSearch, StopOrPonderhitAfterTheAnswerGetNoSecondOne) {
     EXPECT_EQ(countOf(session.logText(), "after the bestmove was sent, ignored\n"), 4u);
 }
 
-TEST(UciSearch, StopAndPonderhitWithoutGoAnswerTheNullMove) {
-    UciSession session("uci_no_go");
-    EXPECT_EQ(session.settle("position startpos\nstop\n"), "bestmove 0000\nreadyok\n");
-    EXPECT_EQ(session.settle("position startpos\nponderhit\n"), "bestmove 0000\nreadyok\n");
-    std::string log = session.logText();
-    EXPECT_NE(log.find("uci:: stop without preceeding go?\n"), std::string::npos) << log;
-    EXPECT_NE(log.find("uci:: ponderhit without preceeding go(): send bestmove 0000\n"), std::string::npos)
-        << log;
-}
-
 TEST(UciSearch, EveryGoIsAnsweredByOneBestmove) {
     UciSession session("uci_one_answer");
     const char* searches[] = {
