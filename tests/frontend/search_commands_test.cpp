@@ -8,24 +8,11 @@
 namespace {
 
 std::string session(const std::string& input) {
-    EngineRun run = runEngine({}, input, scratchDirectory("search_commands"));
-    EXPECT_EQ(run.exitCode, 0);
-    return run.output;
+    return runConsole(scratchDirectory("search_commands"), input);
 }
 
 bool contains(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
-}
-
-TEST(SearchCommands, SearchPlaysItsMoveOnTheBoard) {
-    const std::string out =
-        session("md 3\ng\nset cleartt 0\ng\ng tt\nfen 6k1/5ppp/8/8/8/8/5PPP/3R2K1 w - - 0 1\ng\n");
-    EXPECT_TRUE(contains(out, "my move: ")) << out;
-    EXPECT_TRUE(contains(out, "depth limit\n"));
-    EXPECT_TRUE(contains(out, "tt not cleared\n"));
-    // The back-rank mate is found and played; the next position has no move.
-    EXPECT_TRUE(contains(out, "my move: Rd1d8+\n")) << out;
-    EXPECT_TRUE(contains(out, "3R2k1/5ppp/8/8/8/8/5PPP/6K1 b")) << out;
 }
 
 // Commands typed during an asynchronous search meet no search still at work: each ends it first,
