@@ -1,4 +1,4 @@
-// Move lines typed at the console, short and longer than the board's history, through the engine binary.
+// A game longer than the board's history typed at the console, through the engine binary.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -14,20 +14,6 @@ std::string session(const std::string& input) {
     EXPECT_EQ(run.exitCode, 0);
     const size_t prompt = run.output.find("% ");
     return prompt == std::string::npos ? run.output : run.output.substr(prompt);
-}
-
-TEST(PositionCommands, MoveLines) {
-    // Two moves: both played, the board shown once.
-    std::string out = session("e2e4 e7e5\n");
-    EXPECT_EQ(countOf(out, "\n     a   b   c   d   e   f   g   h\n"), 1u);
-    EXPECT_NE(out.find("rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR w KQkq - 0 2\n"), std::string::npos)
-        << out;
-    // A word that is no move stops the line; the move before it stays played and no board is shown.
-    out = session("e4 hello\nNf6\nm\n");
-    EXPECT_NE(out.find("% no such command: e4\n% "), std::string::npos) << out;
-    EXPECT_EQ(countOf(out, "     a   b   c   d"), 1u);  // only after Nf6
-    EXPECT_NE(out.find("rnbqkb1r/pppppppp/5n2/8/4P3/8/PPPP1PPP/RNBQKBNR w KQkq - 1 2"), std::string::npos)
-        << out;
 }
 
 // Typed in by hand, a game may grow past the board's history: it is played on exactly, and the console
