@@ -136,3 +136,11 @@ EngineRun runEngine(const std::vector<std::string>& args, const std::string& inp
     int code = engine.wait();
     return {engine.output(), code};
 }
+
+std::string runConsole(const std::string& directory, const std::string& lines, const std::string& ini) {
+    std::vector<std::string> args;
+    if (!ini.empty()) args.push_back(writeFile(directory, "engine.ini", ini));
+    const EngineRun run = runEngine(args, lines, directory);
+    EXPECT_EQ(run.exitCode, 0) << run.output;
+    return run.output;
+}

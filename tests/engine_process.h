@@ -60,6 +60,10 @@ struct EngineRun {
 EngineRun runEngine(const std::vector<std::string>& args, const std::string& input,
                     const std::string& directory = "");
 
+// Runs the console lines in directory, with an ini file of that text when one is given; expects a
+// clean exit and returns the output.
+std::string runConsole(const std::string& directory, const std::string& lines, const std::string& ini = "");
+
 // How often what occurs in text, without overlaps.
 inline size_t countOf(const std::string& text, const std::string& what) {
     size_t count = 0;

@@ -9,12 +9,7 @@
 namespace {
 
 std::string run(const std::string& ini, const std::string& input) {
-    const std::string directory = scratchDirectory("eval");
-    std::vector<std::string> args;
-    if (!ini.empty()) args.push_back(writeFile(directory, "engine.ini", ini));
-    EngineRun result = runEngine(args, input, directory);
-    EXPECT_EQ(result.exitCode, 0);
-    return result.output;
+    return runConsole(scratchDirectory("eval"), input, ini);
 }
 
 // The text of the last "total" line.

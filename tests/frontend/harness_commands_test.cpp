@@ -10,12 +10,8 @@
 
 namespace {
 
-// The output after the first prompt of a session in directory.
 std::string session(const std::string& input, const std::string& directory) {
-    EngineRun run = runEngine({}, "set threads 1\n" + input, directory);
-    EXPECT_EQ(run.exitCode, 0);
-    const size_t prompt = run.output.find("% ");
-    return prompt == std::string::npos ? run.output : run.output.substr(prompt);
+    return runConsole(directory, "set threads 1\n" + input);
 }
 
 bool has(const std::string& text, const std::string& part) {
@@ -53,19 +49,6 @@ TEST(HarnessCommands, RunWritesItsResultFileAndCompares) {
     const std::string compared = session("tsrcompare bt2450.tsr other.tsr\n", directory + "/work");
     EXPECT_TRUE(has(compared, "a: bt2450.tsr, 1 of 4 solved\nb: other.tsr, 1 of 2 solved\n")) << compared;
     EXPECT_TRUE(has(compared, "only by a 1, only by b 1, by neither 0, in one file only 2\n")) << compared;
-}
-
-TEST(HarnessCommands, SuiteRunPrintsItsEstimate) {
-    const std::string suite = sharedData("suites/bs2830.epd");
-    SKIP_WITHOUT(suite);
-    const std::string directory = scratchDirectory("harness_suite");
-    const std::string out = session("epd " + suite + " 0.01\n", directory);
-    EXPECT_TRUE(has(out, ": 27 positions, 0.01 s each, suite BS2830\n")) << out;
-    EXPECT_TRUE(has(out, "\nBS2830: Elo ")) << out;
-    EXPECT_TRUE(
-        has(out, "its primary source is unknown)\nnote: run at 0.01 s per position; the rule assumes 900 s"))
-        << out;
-    EXPECT_TRUE(std::filesystem::exists(directory + "/bs2830.tsr"));
 }
 
 TEST(HarnessCommands, VflipAndSelftest) {

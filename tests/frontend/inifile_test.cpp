@@ -38,18 +38,4 @@ TEST(IniFile, KeysAndValuesLoseSurroundingBlanksOnly) {
     for (const auto& [key, value] : cases) EXPECT_STREQ(ini.get(key).c_str(), value) << key;
 }
 
-TEST(IniFile, UnreadableInputLoadsWhatItCanWithoutCrashing) {
-    IniFile missing;
-    EXPECT_FALSE(missing.load("/nonexistent/kelvra.ini"));
-    IniFile directory;
-    EXPECT_FALSE(directory.load(scratchDirectory("ini_dir").c_str()));
-
-    const char raw[] = "a=1\n\x01\xff\xfe=\x80\0\x7f\n";
-    std::string binary(raw, sizeof raw - 1);
-    IniFile bytes = loaded(binary + "b=" + std::string(1 << 20, 'z'));  // a megabyte, no final newline
-    EXPECT_STREQ(bytes.get("a").c_str(), "1");
-    EXPECT_STREQ(bytes.get("\x01\xff\xfe").c_str(), "\x80");  // a NUL byte ends the value
-    EXPECT_EQ(bytes.get("b").length(), 1u << 20);             // the last line ends at the end of the file
-}
-
 }  // namespace

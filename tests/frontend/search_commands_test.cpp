@@ -1,33 +1,18 @@
 // The console's search commands through the real binary.
 #include <gtest/gtest.h>
 
-#include <regex>
 #include <string>
 
 #include "engine_process.h"
-#include "environment.h"
 
 namespace {
 
 std::string session(const std::string& input) {
-    EngineRun run = runEngine({}, input, scratchDirectory("search_commands"));
-    EXPECT_EQ(run.exitCode, 0);
-    return run.output;
+    return runConsole(scratchDirectory("search_commands"), input);
 }
 
 bool contains(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
-}
-
-TEST(SearchCommands, SearchPlaysItsMoveOnTheBoard) {
-    const std::string out =
-        session("md 3\ng\nset cleartt 0\ng\ng tt\nfen 6k1/5ppp/8/8/8/8/5PPP/3R2K1 w - - 0 1\ng\n");
-    EXPECT_TRUE(contains(out, "my move: ")) << out;
-    EXPECT_TRUE(contains(out, "depth limit\n"));
-    EXPECT_TRUE(contains(out, "tt not cleared\n"));
-    // The back-rank mate is found and played; the next position has no move.
-    EXPECT_TRUE(contains(out, "my move: Rd1d8+\n")) << out;
-    EXPECT_TRUE(contains(out, "3R2k1/5ppp/8/8/8/8/5PPP/6K1 b")) << out;
 }
 
 // Commands typed during an asynchronous search meet no search still at work: each ends it first,
@@ -55,21 +40,6 @@ TEST(SearchCommands, StopEndsAnAsyncSearchAtOnce) {
     EXPECT_TRUE(engine.waitFor("my move: ", 5000, running)) << engine.output().substr(running);
     engine.send("q\n");
     EXPECT_EQ(engine.wait(), 0);
-}
-
-TEST(SearchCommands, BenchSignatureRepeats) {
-    // Thirty clears of the full-size table take minutes under the sanitizers; the search tests check
-    // the signature there on a small table.
-    if (sanitized()) GTEST_SKIP() << "a bench search is too slow under the sanitizers";
-    // The node count is a signature only on one thread.
-    const std::string out = session("set threads 1\nbench 2\nbench 2\n");
-    const std::regex last(R"((\d+) nodes (\d+) nps\n)");
-    std::sregex_iterator it(out.begin(), out.end(), last), end;
-    ASSERT_EQ(std::distance(it, end), 2) << out;
-    const std::string first = (*it)[1];
-    const std::string second = (*++it)[1];
-    EXPECT_EQ(first, second);
-    EXPECT_NE(first, "0");
 }
 
 }  // namespace

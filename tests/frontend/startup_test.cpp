@@ -1,73 +1,12 @@
-// Start-up through the real binary: command line, ini file and the options it sets.
+// Start-up through the real binary: the ini file and the options it sets.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <string>
 
-#include "platform/platform.h"
 #include "uci_session.h"
 
 namespace {
-
-const std::string banner = "\nKelvra-0.3a\nthe Kelvra developers\n\n";
-
-testing::AssertionResult startsWith(const std::string& text, const std::string& prefix) {
-    if (text.rfind(prefix, 0) == 0) return testing::AssertionSuccess();
-    return testing::AssertionFailure() << "\"" << text << "\" does not start with \"" << prefix << "\"";
-}
-
-// The start-up text up to the first prompt.
-std::string startup(const std::string& directory, const std::vector<std::string>& args = {},
-                    const std::string& input = "", int expectedExit = 0) {
-    EngineRun run = runEngine(args, input, directory);
-    EXPECT_EQ(run.exitCode, expectedExit) << run.output;
-    return run.output.substr(0, run.output.find("% "));
-}
-
-TEST(Startup, MoreThanOneArgumentPrintsUsageAndFails) {
-    std::string directory = scratchDirectory("usage");
-    EXPECT_EQ(startup(directory, {"a.ini", "b.ini"}, "", -1), banner + "Usage:  kelvra [inifile]\n");
-}
-
-TEST(Startup, DefaultAndNamedIniFiles) {
-    std::string directory = scratchDirectory("names");
-    EXPECT_TRUE(
-        startsWith(startup(directory), banner + "inifile=kelvra.ini\ncould not load inifile: kelvra.ini\n"));
-    writeFile(directory, "kelvra.ini", "search.nthreads=1\n");
-    std::string found = startup(directory);
-    EXPECT_TRUE(startsWith(found, banner + "inifile=kelvra.ini\n"));
-    EXPECT_EQ(found.find("could not"), std::string::npos) << found;
-    writeFile(directory, "other.ini", "search.nthreads=1\n");
-    EXPECT_TRUE(startsWith(startup(directory, {"other.ini"}), banner + "inifile=other.ini\n"));
-    // A missing file, a directory and an empty name: a message, then the defaults.
-    for (const std::string& bad : {std::string("missing.ini"), directory, std::string()}) {
-        std::string text = startup(directory, {bad});
-        EXPECT_NE(text.find("inifile=" + bad + "\ncould not load inifile: " + bad + "\n"), std::string::npos)
-            << text;
-    }
-}
-
-TEST(Startup, ThreadCountIsCappedByTheProcessors) {
-    int cpus = static_cast<int>(platform::processorCount());
-    std::string directory = scratchDirectory("threads");
-    std::string ini = writeFile(directory, "many.ini", "search.nthreads=" + std::to_string(cpus + 14) + "\n");
-    std::string text = startup(directory, {ini}, "set\n");
-    std::string capped = "!--only " + std::to_string(cpus) + " cpu's present, using " + std::to_string(cpus) +
-                         " searchthreads\n";
-    EXPECT_NE(text.find(capped), std::string::npos) << text;
-    if (cpus > 1) {
-        EXPECT_NE(text.find(capped + "!--using parallel search with " + std::to_string(cpus) + " threads!\n"),
-                  std::string::npos)
-            << text;
-    }
-
-    // 0, absent or not a number: one thread per processor.
-    writeFile(directory, "auto.ini", "search.nthreads=two\n");
-    EngineRun automatic = runEngine({"auto.ini"}, "set\n", directory);
-    EXPECT_EQ(automatic.output.find("!--only"), std::string::npos) << automatic.output;
-    EXPECT_NE(automatic.output.find("threads=" + std::to_string(std::min(cpus, 8)) + "\n"), std::string::npos)
-        << automatic.output;
-}
 
 // Also an ini file with Windows line ends, and one whose last line has no newline.
 TEST(Startup, ABookThatCannotBeReadIsReportedAndTheEngineRunsOn) {

@@ -1,4 +1,4 @@
-// The UCI handshake, protocol log files, trace lines and options, through the real binary.
+// The UCI handshake, protocol log files and options, through the real binary.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -40,28 +40,6 @@ TEST(UciHandshake, AnswersWithIdentityOptionsAndUciok) {
     EXPECT_NE(log.find("exit()!\n"), std::string::npos) << log;
 }
 
-TEST(UciHandshake, EachUciOpensTheNextFreeLogFile) {
-    std::string directory = scratchDirectory("uci_logfiles");
-    fs::create_directories(directory + "/logs");
-    for (const char* taken : {"kelvra-0000.log", "kelvra-0001.log", "kelvra-0002.log"})
-        writeFile(directory + "/logs", taken, "kept\n");
-    writeFile(directory, "test.ini", "search.nthreads=1\nuci.logdir=logs/\n");
-    EngineProcess engine({"test.ini"}, directory);
-    engine.send("uci\nisready\n");
-    ASSERT_TRUE(engine.waitFor("readyok\n"));
-    engine.send("uci\nquit\n");
-    EXPECT_EQ(engine.wait(), 0);
-    EXPECT_EQ(readText(directory + "/logs/kelvra-0002.log"), "kept\n");
-    std::string first = readText(directory + "/logs/kelvra-0003.log");
-    std::string second = readText(directory + "/logs/kelvra-0004.log");
-    EXPECT_NE(first.find("readyok"), std::string::npos) << first;
-    // The old file hears where the log goes next.
-    EXPECT_NE(first.find("redirecting output to " + directory + ", file=logs/kelvra-0004.log\n"),
-              std::string::npos)
-        << first;
-    EXPECT_NE(second.find("exit()!"), std::string::npos) << second;
-}
-
 TEST(UciHandshake, AnAbsoluteLogDirectoryIsCreated) {
     std::string directory = scratchDirectory("uci_absolute_log");
     const std::string logs = fs::absolute(directory).string() + "/deep/logs";
@@ -72,82 +50,17 @@ TEST(UciHandshake, AnAbsoluteLogDirectoryIsCreated) {
     EXPECT_NE(log.find("<--uciok"), std::string::npos) << run.output;
 }
 
-TEST(UciHandshake, WithoutUsableLogDirectoryTheProtocolStillWorks) {
-    std::string directory = scratchDirectory("uci_nolog");
-    // A file where the log directory should be: it cannot be created.
-    writeFile(directory, "blocked", "");
-    writeFile(directory, "test.ini", "search.nthreads=1\nuci.logdir=blocked/logs\n");
-    EngineRun run = runEngine({"test.ini"}, "uci\nisready\nquit\n", directory);
-    EXPECT_EQ(run.exitCode, 0);
-    EXPECT_NE(run.output.find("uciok\nreadyok\n"), std::string::npos) << run.output;
-    EXPECT_FALSE(fs::exists(directory + "/blocked/logs"));
-}
-
-TEST(UciHandshake, TraceLinesNameTheStatus) {
-    UciSession session("uci_trace", "uci.trace=1\n");
-    std::string out = session.settle("position startpos\nxyzzy\nucinewgame\n");
-    EXPECT_TRUE(contains(out, "trace #[pos]: position() ok\n")) << out;
-    EXPECT_TRUE(contains(out, "trace #[pos]: unknown uci command: xyzzy\n")) << out;
-    EXPECT_NE(out.find("no such command: xyzzy"), std::string::npos) << out;
-    EXPECT_TRUE(contains(out, "trace #[pos]: newgame!\n")) << out;
-    // Traces go to the log whether or not they are shown.
-    EXPECT_TRUE(contains(session.logText(), "#:position()...\n"));
-}
-
-TEST(UciOptions, EveryOptionIsTakenAndLogged) {
+TEST(UciOptions, TableOptionsWaitForTheEndOfASearch) {
     UciSession session("uci_options");
-    std::string out = session.settle(
-        "setoption name Hash value 16\n"
-        "setoption name Clear Hash\n"
-        "setoption name Ponder value True\n"
-        "setoption name OwnBook value false\n"
-        "setoption name Threads value 1\n"
-        "setoption name UCI_Opponent value GM 2800 human Some Player\n"
-        "setoption name UCI_EngineAbout value anything\n"
-        "setoption name NoSuchOption value 3\n"
-        "setoption name Hash value -5\n");
-    // Options are answered in the log only, never to the GUI.
-    EXPECT_EQ(out, "readyok\n");
-    std::string log = session.logText();
-    for (const char* line :
-         {"resizing hash to 16Mb\n", "resized\n", "clearing tt...tt cleared", "canponder=0\n", "usebook=0\n",
-          "setting cpus=1\n", "Opponent=GM Some Player, human, elo=2800\n",
-          "Option not supported: UCI_EngineAbout\n", "Option not supported: NoSuchOption\n",
-          "resizing hash to 1Mb\n"})
-        EXPECT_NE(log.find(line), std::string::npos) << line << " not in\n" << log;
-
-    // The resized and cleared table serves the next search.
-    out = session.exchange("position startpos\ngo depth 3\n", "bestmove ");
-    EXPECT_NE(out.find("info depth 3"), std::string::npos) << out;
-
     // The table is not pulled away from under a running search.
-    session.exchange("go infinite\n", "info depth");
-    out = session.exchange("setoption name Hash value 8\nsetoption name Clear Hash\nstop\n", "bestmove ");
+    session.exchange("position startpos\ngo infinite\n", "info depth");
+    std::string out =
+        session.exchange("setoption name Hash value 8\nsetoption name Clear Hash\nstop\n", "bestmove ");
     EXPECT_EQ(countOf(out, "bestmove "), 1u) << out;
-    log = session.logText();
+    const std::string log = session.logText();
     EXPECT_NE(log.find("setoption Hash during a search ignored\n"), std::string::npos) << log;
     EXPECT_NE(log.find("setoption Clear during a search ignored\n"), std::string::npos) << log;
     EXPECT_EQ(log.find("resizing hash to 8Mb"), std::string::npos) << log;
-}
-
-// Only the exact word "true" sets may-ponder, which gives each move a larger share of the clock.
-TEST(UciOptions, PonderTakesOnlyTrueAndWidensTheTimeShare) {
-    UciSession session("uci_ponder_option");
-    auto nominal = [&](const std::string& setting) {
-        size_t before = session.logText().size();
-        session.settle(setting + "ucinewgame\nposition startpos\ngo wtime 600000 btime 600000\n");
-        session.exchange("stop\n", "bestmove ");
-        std::string log = session.logText().substr(before);
-        const std::string label = "Nominal search time is ";
-        size_t at = log.find(label);
-        EXPECT_NE(at, std::string::npos) << log;
-        return at == std::string::npos ? 0.0 : std::stod(log.substr(at + label.size()));
-    };
-    double plain = nominal("");
-    EXPECT_GT(plain, 0.0);
-    EXPECT_EQ(nominal("setoption name Ponder value True\n"), plain);
-    EXPECT_GT(nominal("setoption name Ponder value true\n"), plain);
-    EXPECT_NE(session.logText().find("canponder=1\n"), std::string::npos);
 }
 
 }  // namespace

@@ -73,13 +73,4 @@ TEST(UciPosition, GameLongerThanTheHistory) {
     EXPECT_TRUE(isLegalIn(game.end, best)) << best << " in " << game.fen;
 }
 
-TEST(UciPosition, UnreadableFenFallsBackToTheStartPosition) {
-    UciSession session("uci_bad_fen");
-    std::string out = movesAfter(session, "position fen this is no fen moves e2e4\n");
-    EXPECT_NE(out.find("#moves = 20\n"), std::string::npos) << out;
-    EXPECT_NE(out.find("Ng1f3"), std::string::npos) << out;
-    out = session.exchange("go depth 1\n", "bestmove ");
-    EXPECT_EQ(countOf(out, "bestmove "), 1u);
-}
-
 }  // namespace

@@ -39,29 +39,6 @@ TEST(UciSearch, ARootMoveThatTakesOverKeepsItsLineAndPonderMove) {
     EXPECT_TRUE(contains(out, "bestmove @ ponder @\n")) << out;
 }
 
-TEST(UciSearch, ReportsCurrentMovesAndMateScores) {
-    UciSession session("uci_reports");
-    std::string out =
-        session.exchange("position fen 6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1\ngo depth 3\n", "bestmove ");
-    EXPECT_TRUE(
-        contains(out, "info depth 1\ninfo currmove @ currmovenumber 1 time # nodes # nps # hashfull #\n"))
-        << out;
-    EXPECT_NE(out.find(" score mate 1 "), std::string::npos) << out;
-    EXPECT_NE(out.find("bestmove a1a8\n"), std::string::npos) << out;
-}
-
-TEST(UciSearch, PonderhitTurnsThePonderSearchIntoATimedOne) {
-    UciSession session("uci_ponderhit_live");
-    session.settle("position startpos moves e2e4\n");
-    std::string out = session.exchange("go ponder wtime 2000 btime 2000\n", "info depth");
-    out += session.settle("");
-    EXPECT_EQ(out.find("bestmove"), std::string::npos) << out;
-    out = session.exchange("ponderhit\n", "bestmove ");
-    out += session.settle("");
-    EXPECT_EQ(countOf(out, "bestmove"), 1u) << out;
-    EXPECT_NE(session.logText().find("START pondering\n"), std::string::npos);
-}
-
 // A ponder search that ends before the opponent moves holds its answer back: "ponderhit" sends it with
 // the ponder move, "stop" without.
 TEST(UciSearch, WithheldPonderResult) {
@@ -98,16 +75,6 @@ TEST(UciSearch, StopOrPonderhitAfterTheAnswerGetNoSecondOne) {
     EXPECT_EQ(countOf(out, "bestmove"), 1u) << out;
     EXPECT_TRUE(contains(out, "bestmove @ ponder @\n")) << out;
     EXPECT_EQ(countOf(session.logText(), "after the bestmove was sent, ignored\n"), 4u);
-}
-
-TEST(UciSearch, StopAndPonderhitWithoutGoAnswerTheNullMove) {
-    UciSession session("uci_no_go");
-    EXPECT_EQ(session.settle("position startpos\nstop\n"), "bestmove 0000\nreadyok\n");
-    EXPECT_EQ(session.settle("position startpos\nponderhit\n"), "bestmove 0000\nreadyok\n");
-    std::string log = session.logText();
-    EXPECT_NE(log.find("uci:: stop without preceeding go?\n"), std::string::npos) << log;
-    EXPECT_NE(log.find("uci:: ponderhit without preceeding go(): send bestmove 0000\n"), std::string::npos)
-        << log;
 }
 
 TEST(UciSearch, EveryGoIsAnsweredByOneBestmove) {

@@ -1,4 +1,4 @@
-// The protocol's texts for moves and scores, and the clock it hands to the time control.
+// The protocol's score texts, and the clock it hands to the time control.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -8,34 +8,10 @@
 
 namespace {
 
-constexpr int square(char file, char rank) {
-    return (rank - '1') * 16 + (file - 'a');
-}
-
-std::string moveText(Move move) {
-    char text[8];
-    uciMoveText(text, move);
-    return text;
-}
-
 std::string scoreText(int score) {
     char text[24];
     uciScoreText(text, score);
     return text;
-}
-
-TEST(UciText, MovesAreCoordinatesWithASmallPromotionLetter) {
-    EXPECT_EQ(moveText(NO_MOVE), "0000");
-    EXPECT_EQ(moveText(makeMoveWord(square('e', '2'), square('e', '4'), 0, MOVE_DOUBLE_PUSH)), "e2e4");
-    EXPECT_EQ(moveText(makeMoveWord(square('a', '1'), square('h', '8'), 17)), "a1h8");
-    // Castling is the king's own step; check and reduction marks never show.
-    EXPECT_EQ(moveText(makeMoveWord(square('e', '8'), square('c', '8'), 0, MOVE_CASTLING | MOVE_CHECK)),
-              "e8c8");
-    EXPECT_EQ(moveText(makeMoveWord(square('g', '1'), square('f', '3'), 0, MOVE_REDUCED | MOVE_CHECKS)),
-              "g1f3");
-    const Move push = makeMoveWord(square('e', '7'), square('d', '8'), 20);
-    EXPECT_EQ(moveText(push | promotionFlag(7)), "e7d8q");
-    EXPECT_EQ(moveText(push | promotionFlag(2)), "e7d8n");
 }
 
 TEST(UciText, ScoresBeyondTheMateBoundsAreMovesToMate) {

@@ -1,4 +1,4 @@
-// The Elo rules of the published suites on hand-computed examples, and how a suite is recognised.
+// The Elo rules of the published suites on hand-computed examples.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -72,42 +72,6 @@ TEST(Elo, WorkedExamplesOfEachRule) {
                                                {389.9, 1910}, {390, 1905}, {600.9, 1905}, {601, 1900}};
     for (auto [seconds, elo] : edges)
         EXPECT_DOUBLE_EQ(*calcElo(suite("LCT II"), results({{seconds, 1}}, 35, 600)), elo) << seconds << " s";
-}
-
-TEST(Elo, NoFigureWithoutARuleOrForAnotherNumberOfPositions) {
-    for (const char* name : {"GS2930", "IQ5"}) {
-        EXPECT_FALSE(calcElo(suite(name), results({{1, 10}}, 10, 10)));
-        EXPECT_EQ(eloReport(suite(name), results({{1, 10}}, 10, 10)),
-                  std::string(name) +
-                      ": no published scoring rule is available for this suite, so no Elo estimate\n");
-    }
-    EXPECT_FALSE(calcElo(suite("LCT II"), results({{1, 10}}, 34, 600)));
-    EXPECT_FALSE(calcElo(suite("BT2450"), results({}, 31, 900)));
-    const std::string quick = eloReport(suite("BT2630"), results({}, 30, 0.5));
-    EXPECT_NE(quick.find("note: run at 0.5 s per position; the rule assumes 900 s"), std::string::npos)
-        << quick;
-}
-
-TEST(Suites, RecognisedByFileNameElseByIds) {
-    const struct {
-        const char* file;
-        std::vector<std::string> ids;
-        const char* suite;  // nullptr: none
-    } cases[] = {
-        {"C:\\suites\\LCT-II.EPD", {}, "LCT II"},
-        {"bt_2450.epd", {}, "BT2450"},
-        {"suites/BT2630", {}, "BT2630"},
-        {"IQ5.epd", {}, "IQ5"},
-        {"bt2450x.epd", {}, nullptr},
-        {"lct2.epd/other.epd", {}, nullptr},
-        {"mine.epd", {"BT2450.01", "BT2450.02"}, "BT2450"},
-        {"x.epd", {"BS2830-27"}, "BS2830"},
-        {"x.epd", {"BT2450.01", "LCTII.POS.01"}, nullptr},
-    };
-    for (const auto& c : cases) {
-        const Suite* found = findSuite(c.file, c.ids);
-        EXPECT_EQ(found ? std::string(found->name) : "none", c.suite ? c.suite : "none") << c.file;
-    }
 }
 
 }  // namespace

@@ -18,14 +18,6 @@ EpdRecord parsed(const char* line) {
     return record;
 }
 
-std::string badReason(const char* line) {
-    EpdRecord record;
-    std::string error;
-    EXPECT_EQ(parseEpdLine(line, record, error), EpdLine::BAD) << line;
-    EXPECT_FALSE(error.empty()) << line;
-    return error;
-}
-
 TEST(EpdLine, ReadsFieldsCountersAndOperations) {
     EpdRecord r = parsed(
         "r3kb1r/3n1pp1/p6p/2pPp2q/Pp2N3/3B2PP/1PQ2P2/R3K2R w KQkq - bm d6; id \"LCTII.POS.01\"; c0 \"Chernin "
@@ -49,27 +41,6 @@ TEST(EpdLine, ReadsFieldsCountersAndOperations) {
 
     // A plain FEN with tabs and a carriage return.
     EXPECT_EQ(parsed("8/8/8/8/8/8/k7/K7\tb - -\r").fen, "8/8/8/8/8/8/k7/K7 b - -");
-}
-
-TEST(EpdLine, DamagedLinesAreRefusedWithAReason) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"4k3/8/8/8/8/8/8/4K3 w -", "fewer than four position fields"},
-        {"4k3/8/8/8/8/8/8/8/4K3 w - - bm Kd1;", "the position does not have 8 ranks of 8 squares"},
-        {"4k4/8/8/8/8/8/8/4K3 w - - bm Kd1;", "the position does not have 8 ranks of 8 squares"},
-        {"4k3/8/8/8/8/8/8/4K2 w - - bm Kd1;", "the position does not have 8 ranks of 8 squares"},
-        {"4k3/9/8/8/8/8/8/4K3 w - - bm Kd1;", "bad character in the position: 9"},
-        {"4k3/8/8/8/8/8/8/3KK3 w - - bm Kd1;", "the position needs one king of each colour"},
-        {"8/8/8/8/8/8/8/4K3 w - - bm Kd1;", "the position needs one king of each colour"},
-        {"4k2P/8/8/8/8/8/8/4K3 w - - bm Kd1;", "pawn on the first or last rank"},
-        {"4k3/8/8/8/8/8/8/p3K3 w - - bm Kd1;", "pawn on the first or last rank"},
-        {"4k3/NNNNNNNN/NNN5/8/8/8/8/4K3 w - - bm Kd1;", "too many pieces"},
-        {"4k3/pppppppp/p7/8/8/8/8/4K3 w - - bm Kd1;", "too many pieces"},
-        {"4k3/8/8/8/8/8/8/4K3 w - - bm Kd1; id \"open", "string without its closing quote"},
-        {"4k3/8/8/8/8/8/8/4K3 w - - bm Kd1; 7x y;", "bad opcode: 7x"},
-    };
-    for (const auto& [line, reason] : cases) EXPECT_EQ(badReason(line), reason) << line;
-    badReason(std::string(5000, '/').c_str());
-    badReason("\xff\xfe garbage \x01 w - -");
 }
 
 // Sets up the line's position and reads its moves; the reason when that fails.

@@ -91,14 +91,4 @@ TEST_F(EpdRunTest, SolvedOnlyByABestMoveThatIsNotAvoided) {
     EXPECT_NE(printed.find("bm Qd2d5 Ke2; am Qxd5"), std::string::npos) << printed;
 }
 
-TEST_F(EpdRunTest, DefaultTimeIsTheSuitesElseTen) {
-    // A file named like a suite with a time not given: the suite's time would be used. Only the header
-    // is checked, so the positions are damaged and nothing is searched.
-    const EpdRun lct = run(write("lct2.epd", "x\n"), 0);
-    EXPECT_EQ(lct.results.seconds, 600);
-    const EpdRun other = run(write("other.epd", "x\n"), 0);
-    EXPECT_EQ(other.results.seconds, DEFAULT_SECONDS);
-    EXPECT_NE(printed.find("1 positions, 10 s each\n"), std::string::npos) << printed;
-}
-
 }  // namespace

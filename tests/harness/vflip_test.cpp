@@ -7,7 +7,6 @@
 #include <string>
 
 #include "environment.h"
-#include "scratch_dir.h"
 
 namespace {
 
@@ -37,29 +36,6 @@ TEST(Vflip, EveryPublishedSuiteEvaluatesItsTwinsAlike) {
         EXPECT_EQ(count.differences, 0) << name;
         EXPECT_EQ(count.errors, 0) << name;
     }
-}
-
-TEST(Vflip, DamagedLinesAreCountedAndReported) {
-    const ScratchDir directory("vflip");
-    const std::string path =
-        writeFile(directory.path(), "twins.epd",
-                  "4k3/8/8/8/8/8/4P3/4K3 w - -\n\nbroken line\n4k3/8/8/8/8/8/8/4R1K1 w - -\n"
-                  "r1bqkbnr/pppp1ppp/2n5/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R w KQkq - 2 3 bm Bb5;\n");
-    VflipCount count;
-    FILE* out = std::tmpfile();
-    ASSERT_TRUE(vflipFile(path, count, out));
-    std::rewind(out);
-    std::string printed;
-    for (int c; (c = std::fgetc(out)) != EOF;) printed += static_cast<char>(c);
-    std::fclose(out);
-    EXPECT_EQ(count.positions, 2);
-    EXPECT_EQ(count.errors, 2);
-    EXPECT_NE(printed.find("vflip: line 3: fewer than four position fields\n"), std::string::npos) << printed;
-    EXPECT_NE(printed.find("vflip: line 4: bad position: 4k3/8/8/8/8/8/8/4R1K1 w - -\n"), std::string::npos)
-        << printed;
-    EXPECT_NE(printed.find("vflip: 2 positions, 0 not equal, 2 lines in error\n"), std::string::npos)
-        << printed;
-    EXPECT_FALSE(vflipFile("/no/such/file.epd", count, stdout));
 }
 
 }  // namespace

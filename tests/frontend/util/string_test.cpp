@@ -27,20 +27,6 @@ TEST(String, CopiesShareOneBlockAndTheLastReleaseFreesIt) {
     EXPECT_EQ(liveStrings.load(), before);
 }
 
-TEST(String, SubstringsAreClippedAndLongAppendsKeepEveryCharacter) {
-    String text("e2 e4 e5", 5);
-    EXPECT_STREQ(text.substring(3, 100).c_str(), "e4");
-    EXPECT_STREQ(text.substring(9, 1).c_str(), "");
-    std::string expected;
-    for (int i = 0; i < 2000; i++) {
-        const std::string piece = std::to_string(i) + ",";
-        text.append(piece.c_str(), piece.size());
-        expected += piece;
-    }
-    EXPECT_EQ(std::string(text.c_str()), "e2 e4" + expected);
-    EXPECT_EQ(text.length(), 5 + expected.size());
-}
-
 TEST(String, NextWordDropsBlanksAfterABlankButNotAfterATab) {
     String source("go  wtime 100");
     for (const char* word : {"go", "wtime", "100", ""})

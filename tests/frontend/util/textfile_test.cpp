@@ -32,13 +32,4 @@ TEST(Textfile, ReturnsEachLineWithoutItsLineEnd) {
     EXPECT_EQ(readAll(std::string("\0lead\nmid\0dle\nlast\n", 19)), (Lines{"", "mid", "last"}));
 }
 
-TEST(Textfile, MissingFileOrADirectoryReadsNothing) {
-    Textfile missing("/nonexistent/dir/file.ini");
-    EXPECT_FALSE(missing.isOpen());
-    EXPECT_EQ(missing.readline(), nullptr);
-    Textfile directory("/tmp");
-    EXPECT_EQ(directory.readline(), nullptr);
-    EXPECT_TRUE(!directory.isOpen() || directory.failed());
-}
-
 }  // namespace
