@@ -11,10 +11,10 @@
 #include <vector>
 
 #include "board/board.h"
+#include "board/legalmoves.h"
 #include "board/makemove.h"
 #include "board/notation.h"
 #include "board/positions.h"
-#include "board/reference.h"
 
 inline std::string protocolText(Move move) {
     std::string text;
@@ -30,6 +30,11 @@ inline std::string protocolText(Move move) {
 inline bool isLegalIn(Board board, const std::string& text) {
     const Move move = isMove(board, text.c_str());
     return move != NO_MOVE && makeMove(board, move) != NO_MOVE;
+}
+
+inline size_t legalMoveCount(Board board) {
+    MoveList list;
+    return static_cast<size_t>(generateLegalMoves(board, list) - list);
 }
 
 struct LongGame {
@@ -50,7 +55,9 @@ inline LongGame buildLongGame(int plies) {
             EXPECT_TRUE(board.setFen(fen.c_str())) << fen;
         }
         std::vector<Move> reversible, irreversible;
-        for (Move move : engineLegalMoves(board)) {
+        MoveList list;
+        for (Move *legal = list, *end = generateLegalMoves(board, list); legal != end; ++legal) {
+            const Move move = plainMove(*legal);
             const bool pawn = isPawnSlot(board.at(moveFrom(move)));
             (pawn || isCapture(move) ? irreversible : reversible).push_back(move);
         }
@@ -63,7 +70,7 @@ inline LongGame buildLongGame(int plies) {
             const Move move = pool[(random >> 8) % pool.size()];
             const SavedState saved = saveState(board);
             makeMove(board, move);
-            const bool opponentCanMove = !engineLegalMoves(board).empty();
+            const bool opponentCanMove = hasLegalMove(board);
             takeBack(board, move, saved);
             if (opponentCanMove) chosen = move;
         }

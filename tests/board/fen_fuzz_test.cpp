@@ -1,6 +1,6 @@
 // Random and mutated FEN text: setFen must never misbehave, every position it accepts must pass
-// check(), and the generators, make and take-back, SEE and the move reader must cope with every such
-// position, however odd (pawns on the last rank, en-passant squares without a pawn, many queens).
+// check(), and make and take-back must cope with every such position, however odd (pawns on the last
+// rank, en-passant squares without a pawn, many queens, checks no real game reaches).
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -10,8 +10,6 @@
 
 #include "board/makemove.h"
 #include "board/movegen.h"
-#include "board/notation.h"
-#include "board/see.h"
 #include "positions.h"
 
 namespace {
@@ -24,6 +22,10 @@ int below(int n) {
 
 const std::string FEN_CHARS = "12345678pnbrqkPNBRQK/ wb-KQkqabcdefgh0123456789 /";
 
+char anyFenChar() {
+    return FEN_CHARS[below(static_cast<int>(FEN_CHARS.size()))];
+}
+
 // A board field with pieces on any square, both kings included, then the other fields at random.
 std::string randomPosition() {
     std::string placement;
@@ -33,13 +35,10 @@ std::string randomPosition() {
         int empty = 0;
         for (int file = 0; file < 8; ++file) {
             const int square = rank * 8 + file;
-            char piece = 0;
-            if (square == whiteKing)
-                piece = 'K';
-            else if (square == blackKing)
-                piece = 'k';
-            else if (below(7) == 0)
-                piece = "PNBRQpnbrq"[below(10)];
+            const char piece = square == whiteKing   ? 'K'
+                               : square == blackKing ? 'k'
+                               : below(7) == 0       ? "PNBRQpnbrq"[below(10)]
+                                                     : 0;
             if (!piece) {
                 ++empty;
                 continue;
@@ -54,53 +53,42 @@ std::string randomPosition() {
     std::string castling;
     for (char right : {'K', 'Q', 'k', 'q'})
         if (below(2)) castling += right;
-    if (castling.empty()) castling = "-";
     std::string ep = "-";
-    if (below(3) == 0)
-        ep = std::string(1, static_cast<char>('a' + below(8))) + static_cast<char>('1' + below(8));
-    return placement + (below(2) ? " w " : " b ") + castling + " " + ep + " " + std::to_string(below(100)) +
-           " " + std::to_string(below(100));
+    if (below(3) == 0) ep = {static_cast<char>('a' + below(8)), static_cast<char>('1' + below(8))};
+    return placement + (below(2) ? " w " : " b ") + (castling.empty() ? "-" : castling) + " " + ep + " " +
+           std::to_string(below(100)) + " " + std::to_string(below(100));
 }
 
 std::string mutate(std::string text) {
-    const int edits = 1 + below(4);
-    for (int i = 0; i < edits; ++i) {
-        const int at = text.empty() ? 0 : below(static_cast<int>(text.size()));
-        switch (below(6)) {
+    for (int edits = 1 + below(4); edits > 0 && !text.empty(); --edits) {
+        const int at = below(static_cast<int>(text.size()));
+        switch (below(4)) {
             case 0:
-                if (!text.empty()) text[at] = FEN_CHARS[below(static_cast<int>(FEN_CHARS.size()))];
+                text[at] = below(4) ? anyFenChar() : static_cast<char>(1 + below(255));
                 break;
             case 1:
-                text.insert(text.begin() + at, FEN_CHARS[below(static_cast<int>(FEN_CHARS.size()))]);
+                text.insert(text.begin() + at, anyFenChar());
                 break;
             case 2:
-                if (!text.empty()) text.erase(text.begin() + at);
-                break;
-            case 3:
                 text.insert(at, text.substr(at, below(12)));
                 break;
-            case 4:
-                text.resize(at);
-                break;
             default:
-                if (!text.empty()) text[at] = static_cast<char>(1 + below(255));
-                break;
+                text.erase(text.begin() + at, below(2) ? text.begin() + at + 1 : text.end());
         }
     }
     return text;
 }
 
-// Everything the engine does with a position, on one accepted board.
+// Every move and every reply to it on one accepted board: the board stays whole, and no reply
+// leaves the opponent able to take the king.
 void exercise(Board& board) {
     MoveList list;
     Move* end = board.inCheck() ? generateEvasions(board, list) : generateMoves(board, list);
     const SavedState saved = saveState(board);
     const std::string before = fenOf(board);
     for (Move* move = list; move != end; ++move) {
-        const bool valid = isValidMove(board, *move);
         const Move made = makeMove(board, *move);
         if (!made) continue;
-        ASSERT_TRUE(valid) << before;
         ASSERT_TRUE(board.check("fuzz make")) << before;
         const Move lastMove = board.lastMove;
         board.lastMove = made;
@@ -110,7 +98,6 @@ void exercise(Board& board) {
         const SavedState inner = saveState(board);
         for (Move* reply = replies; reply != repliesEnd; ++reply) {
             if (!makeMove(board, *reply)) continue;
-            // The opponent must never be able to take the king.
             ASSERT_FALSE(isAttacked(board, static_cast<int>(board.sideToMove),
                                     board.kingSquare(static_cast<int>(board.sideToMove ^ 1))))
                 << before;
@@ -119,46 +106,28 @@ void exercise(Board& board) {
         board.lastMove = lastMove;
         takeBack(board, *move, saved);
         ASSERT_TRUE(board.check("fuzz take back")) << before;
-        char text[MOVE_TEXT_SIZE];
-        moveToText(board, text, made);
-        EXPECT_EQ(isMove(board, text), made) << text << " in " << before;
-        if (isCapture(*move)) see(board, static_cast<int>(board.sideToMove), *move);
-    }
-    if (!board.inCheck()) {
-        generateCaptures(board, list);
-        generateQuiet(board, list);
-        generateChecks(board, list);
-        generateKingMoves(board, list);
     }
     EXPECT_EQ(fenOf(board), before);
 }
 
 TEST(FenFuzz, RandomAndMutatedTextNeverHurts) {
-    std::vector<std::string> seeds{START_FEN, "4k3/8/8/8/8/8/8/4K3 w - -", "8/8/8/KPp4r/8/8/8/7k w - c6"};
+    std::vector<std::string> seeds{START_FEN, "8/8/8/KPp4r/8/8/8/7k w - c6"};
     for (const PerftCase& c : loadPerftCases()) seeds.push_back(c.fen);
     const int rounds = 1000000;
-    // The deep exercise is the expensive part; the sanitizer build, which also checks the whole board
-    // after every make and take-back, runs it on fewer positions.
+    // The sanitizer build also checks the whole board after every make and take-back: it exercises
+    // fewer positions.
     const int exerciseEvery = sanitized() ? 192 : 8;
     int accepted = 0;
     Board board;
-    testing::internal::CaptureStdout();
+    testing::internal::CaptureStdout();  // the messages of refused text
     for (int round = 0; round < rounds && !testing::Test::HasFatalFailure(); ++round) {
         std::string text;
-        switch (round % 4) {
-            case 0:
-                text = randomPosition();
-                break;
-            case 1:
-                text = mutate(randomPosition());
-                break;
-            case 2:
-                text = mutate(seeds[below(static_cast<int>(seeds.size()))]);
-                break;
-            default:
-                for (int length = below(90); length > 0; --length)
-                    text += FEN_CHARS[below(static_cast<int>(FEN_CHARS.size()))];
-        }
+        if (round % 4 == 3)
+            for (int length = below(90); length > 0; --length) text += anyFenChar();
+        else
+            text = round % 4 == 2 ? mutate(seeds[below(static_cast<int>(seeds.size()))])
+                   : round % 4    ? mutate(randomPosition())
+                                  : randomPosition();
         if (!board.setFen(text.c_str())) continue;
         ++accepted;
         ASSERT_TRUE(board.check("fuzz")) << text;
@@ -167,7 +136,7 @@ TEST(FenFuzz, RandomAndMutatedTextNeverHurts) {
     // Failure reports went to the captured output with the engine's messages; show them.
     const std::string printed = testing::internal::GetCapturedStdout();
     const size_t failure = printed.find("Failure");
-    if (failure != std::string::npos) fprintf(stderr, "%s\n", printed.substr(failure, 2000).c_str());
+    if (failure != std::string::npos) std::fprintf(stderr, "%s\n", printed.substr(failure, 2000).c_str());
     EXPECT_GT(accepted, rounds / 50);
 }
 

@@ -110,18 +110,6 @@ TEST(MakeMove, GameMovesKeepRoomInTheHistory) {
     EXPECT_EQ(board.gamePly(), 1200u);
 }
 
-TEST(MakeMove, NullMovePassesAndClearsTheEnPassantSquare) {
-    Board board = *boardFrom("4k3/8/8/8/3pP3/8/8/4K3 b - e3");
-    const Board before = board;
-    const SavedState saved = saveState(board);
-    ASSERT_TRUE(makeNullMove(board));
-    EXPECT_EQ(board.epSquare, 0u);
-    EXPECT_EQ(board.hash, before.hash ^ epKey(0x24));
-    takeBackNullMove(board, saved);
-    EXPECT_EQ(fenOf(board), fenOf(before));
-    EXPECT_EQ(board.hash, before.hash);
-}
-
 TEST(MakeMove, CompactingTheListsKeepsThePosition) {
     Board board = *boardFrom(START_FEN);
     play(board, {"e4", "d5", "exd5", "Qxd5", "Nc3", "Qxa2", "Rxa2"});

@@ -26,9 +26,8 @@ TEST(PositionCommands, GameLongerThanTheHistory) {
     const size_t list = out.find("#moves = ");
     ASSERT_NE(list, std::string::npos) << out.substr(out.size() > 3000 ? out.size() - 3000 : 0);
     EXPECT_NE(out.rfind(game.fen + "\n", list), std::string::npos) << game.fen;
-    Board end = game.end;
     EXPECT_EQ(out.substr(list, out.find('\n', list) - list),
-              "#moves = " + std::to_string(engineLegalMoves(end).size()));
+              "#moves = " + std::to_string(legalMoveCount(game.end)));
     const size_t answer = out.find("my move: ", list);
     ASSERT_NE(answer, std::string::npos) << out.substr(list);
     const std::string move = out.substr(answer + 9, out.find('\n', answer) - answer - 9);
