@@ -1,4 +1,4 @@
-// The parallel search: the thread count, searches on two and four threads that split and still find
+// The parallel search: searches on two and four threads that split and still find
 // the exact mates, stops that reach every thread, and surplus threads that sleep.
 #include "search/parallel.h"
 
@@ -20,16 +20,6 @@ uint64_t totalSplits() {
 
 // A quiet middlegame with many moves at every node: deep enough searches split often.
 constexpr const char* MIDDLEGAME = "r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP3PPP/R2QKB1R w KQ - 0 8";
-
-TEST(Parallel, ThreadCountIsClamped) {
-    setThreads(0);
-    EXPECT_EQ(threadCount(), 1);
-    EXPECT_EQ(minimumSplitDepth(), NO_SPLIT_DEPTH);
-    setThreads(20);
-    EXPECT_EQ(threadCount(), MAX_THREADS);
-    EXPECT_EQ(minimumSplitDepth(), 1);
-    setThreads(1);
-}
 
 TEST(Parallel, SeveralThreadsSplitAndStillFindTheExactMates) {
     struct Mate {

@@ -48,13 +48,6 @@ bool contains(const std::vector<Move>& moves, Move move) {
     return std::find(moves.begin(), moves.end(), move) != moves.end();
 }
 
-constexpr int square(const char* name) {
-    return makeSquare(name[0] - 'a', name[1] - '1');
-}
-Move quiet(const char* from, const char* to) {
-    return makeMoveWord(square(from), square(to));
-}
-
 // Checks every node of a small tree under a position: the picker hands out each move of the full
 // generator exactly once, in batches whose kinds and order hold what the stages promise.
 class TreeWalk {
@@ -159,54 +152,6 @@ TEST(PickerTest, EveryMoveExactlyOnceOverThePerftPositions) {
     }
     EXPECT_GT(walk.nodes, 5000);
     EXPECT_GT(walk.killersTried, 100);
-}
-
-TEST(PickerTest, Killers) {
-    auto board = boardFrom(START_FEN);
-    const Move knight = quiet("g1", "f3");
-    // A killer that cannot be played here gets no batch of its own.
-    Picker skipping = Picker::interior(*board, quiet("e2", "e5"), knight);
-    std::vector<Batch> batches = drain(skipping);
-    ASSERT_EQ(batches.size(), 2u);  // no captures either
-    EXPECT_EQ(batches[0].stage, PICK_KILLER_2);
-    EXPECT_EQ(batches[0].moves, std::vector<Move>{knight});
-    EXPECT_EQ(batches[1].stage, PICK_QUIET);
-
-    // Each killer is searched once: the quiet batch blanks both.
-    const Move other = quiet("b1", "c3");
-    Picker picker = Picker::interior(*board, knight, other);
-    batches = drain(picker);
-    EXPECT_EQ(batches[0].stage, PICK_KILLER_1);
-    EXPECT_EQ(batches[0].moves, std::vector<Move>{knight});
-    EXPECT_EQ(batches[1].moves, std::vector<Move>{other});
-    const std::vector<Move> moves = allMoves(batches);
-    EXPECT_EQ(moves.size(), 20u);
-    EXPECT_EQ(std::count(moves.begin(), moves.end(), knight), 1);
-    EXPECT_EQ(std::count(moves.begin(), moves.end(), other), 1);
-}
-
-TEST(PickerTest, CapturesByExchangeLosingOnesAfterQuietMoves) {
-    // Qxe5 loses the queen to the d6 pawn; Qxa5 and Rxh7 win material.
-    auto board = boardFrom("4k3/7r/3p4/p3p3/8/8/8/4QK1R w - - 0 1");
-    Picker picker = Picker::interior(*board, NO_MOVE, NO_MOVE);
-    const std::vector<Batch> batches = drain(picker);
-    ASSERT_EQ(batches.size(), 3u);
-    EXPECT_EQ(batches[0].stage, PICK_GOOD_CAPTURES);
-    ASSERT_EQ(batches[0].moves.size(), 2u);
-    EXPECT_EQ(moveTo(batches[0].moves[0]), square("h7"));  // the rook, 5, before the pawn, 1
-    EXPECT_EQ(moveTo(batches[0].moves[1]), square("a5"));
-    EXPECT_EQ(batches[1].stage, PICK_QUIET);
-    EXPECT_EQ(batches[2].stage, PICK_LOSING_CAPTURES);
-    ASSERT_EQ(batches[2].moves.size(), 1u);
-    EXPECT_EQ(moveTo(batches[2].moves[0]), square("e5"));
-
-    // Every promotion is an exchange: the queen's gains 8 units, the others 0 and come after it.
-    auto pawn = boardFrom("4k3/1P6/8/8/8/8/8/4K3 w - - 0 1");
-    Picker promotions = Picker::interior(*pawn, NO_MOVE, NO_MOVE);
-    ASSERT_NE(promotions.next(), nullptr);
-    EXPECT_EQ(promotions.stage, PICK_GOOD_CAPTURES);
-    ASSERT_EQ(promotions.end - promotions.moves, 4);
-    EXPECT_EQ(promotionKind(promotions.moves[0]), QUEEN);
 }
 
 }  // namespace

@@ -181,37 +181,6 @@ TEST(Search, UnconfirmedFailHighKeepsTheBestMove) {
     EXPECT_NE(output.find("h2h3 --"), std::string::npos) << output;
 }
 
-TEST(Search, TheTableMoveOfTheRootSetsTheStartDepthAndLeavesTheOrder) {
-    // An exact depth-3 entry for the root starts the search at depth 3; its move, h3, still waits for
-    // its turn behind Rxd8+, which wins the queen.
-    ASSERT_TRUE(gameBoard.setFen("3qk3/8/8/8/8/8/7P/3RK3 w - - 0 1"));
-    tt.clear();
-    TtEntry stored;
-    stored.move = isMove(gameBoard, "h3");
-    stored.score = 0;
-    stored.depth = 3;
-    stored.type = TT_EXACT;
-    SearchStats scratch;
-    tt.store(scratch, gameBoard, stored);
-    struct FirstMove : RecordingListener {
-        int firstDepth = 0;
-        Move first = NO_MOVE;
-        void reportMove(const SearchReport& report, int, Move move) override {
-            if (first != NO_MOVE) return;
-            firstDepth = report.depth;
-            first = move;
-        }
-    } listener;
-    SearchRequest request;
-    request.board = gameBoard;
-    request.maxDepth = 3;
-    request.clock = ClockLimits{.moveTimeMs = 20000};
-    request.listener = &listener;
-    searchThread.startSearch(request, true);
-    EXPECT_EQ(listener.firstDepth, 3);
-    EXPECT_EQ(plainMove(listener.first), plainMove(isMove(gameBoard, "Rxd8")));
-}
-
 TEST(Search, ARootMoveThatTakesOverIsStoredUnderTheRoot) {
     // After 1.e4 a later root move takes over at depth 8. The root's entry must name it, and the entry
     // of the position after it must still hold a move of that position.
@@ -238,10 +207,6 @@ TEST(Search, BenchNodeCountIsASignature) {
     tt.alloc(8 * 1024);
     EXPECT_GT(first.nodes, 0u);
     EXPECT_EQ(first.nodes, second.nodes);
-    for (const char* fen : benchPositions()) {
-        Board board;
-        EXPECT_TRUE(board.setFen(fen)) << fen;
-    }
 }
 
 TEST(Search, PonderhitWithASingleReplyEndsThePonderingAtOnce) {

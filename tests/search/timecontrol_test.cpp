@@ -19,15 +19,6 @@ TEST(TimeControlTest, PhasesGrowAndNeverPassTheClock) {
                         EXPECT_LE(tc.phaseLimit[i - 1], tc.phaseLimit[i]) << clock << " " << moves;
                     EXPECT_LE(tc.phaseLimit[TimeControl::PANIC_PHASE], available) << clock << " " << reserve;
                 }
-    // Pondering and the first moves out of book earn more time; later ones do not.
-    TimeControl plain, pondering, outOfBook, later;
-    pondering.canPonder = true;
-    outOfBook.outOfBook = 1;
-    later.outOfBook = 5;
-    for (TimeControl* tc : {&plain, &pondering, &outOfBook, &later}) tc->setClock(0, 60000, 0);
-    EXPECT_GT(pondering.phaseLimit[TimeControl::NORMAL_PHASE], plain.phaseLimit[TimeControl::NORMAL_PHASE]);
-    EXPECT_GT(outOfBook.phaseLimit[TimeControl::NORMAL_PHASE], plain.phaseLimit[TimeControl::NORMAL_PHASE]);
-    EXPECT_EQ(later.phaseLimit[TimeControl::NORMAL_PHASE], plain.phaseLimit[TimeControl::NORMAL_PHASE]);
 }
 
 TEST(TimeControlTest, PonderhitTurnsOnTheClockInThePhaseReached) {

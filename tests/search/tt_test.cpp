@@ -54,10 +54,13 @@ constexpr uint64_t bucketKey(int n) {
     return uint64_t(0x1000 + n) << 32 | 0x00000122;
 }
 
-TEST_F(TtTest, ResizingAndClearingForgetAndNoSizeReachesPastTheTable) {
+TEST_F(TtTest, SideToMoveResizingAndClearingAndNoSizeReachesPastTheTable) {
     put(bucketKey(1), 5, TT_EXACT, 77);
     table.alloc(Tt::MIN_KILOBYTES);  // same size: the contents stay
     EXPECT_EQ(get(bucketKey(1)).score, 77);
+    EXPECT_FALSE(has(bucketKey(2)));  // same bucket, other position
+    TtEntry black;                    // the key has no side to move; the index does
+    EXPECT_FALSE(table.probe(at(bucketKey(1), BLACK), black));
     table.newSearch();
     table.clear();
     EXPECT_FALSE(has(bucketKey(1)));
@@ -72,21 +75,6 @@ TEST_F(TtTest, ResizingAndClearingForgetAndNoSizeReachesPastTheTable) {
         put(key, 3, TT_EXACT, i & 1023);
         ASSERT_EQ(get(key).score, i & 1023);
     }
-}
-
-TEST_F(TtTest, KeyAndSideToMove) {
-    put(bucketKey(1), 5, TT_LOWER, -1234, makeMoveWord(0x06, 0x25));
-    const TtEntry e = get(bucketKey(1));
-    EXPECT_EQ(e.move, makeMoveWord(0x06, 0x25));
-    EXPECT_EQ(e.score, -1234);
-    EXPECT_EQ(e.depth, 5);
-    EXPECT_EQ(e.type, TT_LOWER);
-    EXPECT_EQ(e.age, 1);
-    EXPECT_FALSE(has(bucketKey(2)));  // same bucket, other position
-
-    // The key has no side to move; the index does.
-    TtEntry black;
-    EXPECT_FALSE(table.probe(at(bucketKey(1), BLACK), black));
 }
 
 TEST_F(TtTest, SamePositionKeepsTheBetterResult) {
