@@ -5,11 +5,6 @@
 #include <cstdio>
 #include <string>
 
-// The twin of a FEN: ranks in reverse order with the colours of the pieces swapped, the other side to
-// move, castling rights of the other colour, the en-passant square on the mirrored rank. Counters after
-// the four position fields are kept.
-std::string flipFen(const std::string& fen);
-
 struct VflipCount {
     int positions = 0;    // positions checked
     int differences = 0;  // of those, twins evaluated differently
