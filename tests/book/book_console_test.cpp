@@ -7,22 +7,13 @@
 
 namespace {
 
-// Runs the engine in dir with the ini file given (if any) and the console lines as input; its output.
-std::string runEngine(const ScratchDir& dir, const std::string& lines, const std::string& ini = "") {
-    std::vector<std::string> args;
-    if (!ini.empty()) args.push_back(writeFile(dir.path(), "engine.ini", ini));
-    const EngineRun run = ::runEngine(args, lines, dir.path());
-    EXPECT_EQ(run.exitCode, 0) << run.output;
-    return run.output;
-}
-
 TEST(BookConsole, BuildShowMergeAndOpenAtStartUp) {
     ScratchDir dir;
     writeText(dir.file("build.ini"), "book.build.file=games.bbk\nbook.build.maxply=8\n");
-    std::string out = runEngine(dir, "buildbook " + testData("games.pgn") +
-                                         " build.ini 5\n"
-                                         "mergebook games.bbk games.bbk double.bbk\n"
-                                         "q\n");
+    std::string out = runConsole(dir.path(), "buildbook " + testData("games.pgn") +
+                                                 " build.ini 5\n"
+                                                 "mergebook games.bbk games.bbk double.bbk\n"
+                                                 "q\n");
     EXPECT_TRUE(contains(out, "5 games read: 5 used,")) << out;
     EXPECT_TRUE(contains(out, "saving book to games.bbk\n")) << out;
     EXPECT_TRUE(contains(out, "opening games.bbk...\n Pick   Move      games    score    draws\n")) << out;
@@ -34,7 +25,7 @@ TEST(BookConsole, BuildShowMergeAndOpenAtStartUp) {
     EXPECT_TRUE(contains(out, " 25.0%  e2e4          2 ")) << out;
     EXPECT_TRUE(contains(out, "\n100.0%                8 ")) << out;
 
-    out = runEngine(dir, "book\nq\n", "book.file=double.bbk\n");
+    out = runConsole(dir.path(), "book\nq\n", "book.file=double.bbk\n");
     EXPECT_TRUE(contains(out, "book found: double.bbk, ")) << out;
     EXPECT_TRUE(contains(out, " 25.0%  e2e4          2 ")) << out;
 }
@@ -43,13 +34,13 @@ TEST(BookConsole, ImportsAPolyglotBookAndPlaysFromIt) {
     ScratchDir dir;
     const uint64_t start = 0x463b96181691fc9c;
     writePolyglot(dir.file("tiny.bin"), {{start, "e2e4", 3}, {start, "d2d4", 1}});
-    std::string out = runEngine(dir, "buildbook absent.bin\nbuildbook tiny.bin\nq\n");
+    std::string out = runConsole(dir.path(), "buildbook absent.bin\nbuildbook tiny.bin\nq\n");
     EXPECT_TRUE(contains(out, "could not open file: absent.bin\n")) << out;
     EXPECT_TRUE(contains(out, "saving book to tiny.bbk\nsaved 3 moves\nopening tiny.bbk...\n")) << out;
     EXPECT_TRUE(contains(out, " 75.0%  e2e4          3   50.000  100.000\n")) << out;
     EXPECT_TRUE(contains(out, " 25.0%  d2d4          1   50.000  100.000\n")) << out;
 
-    out = runEngine(dir, "g\nq\n", "book.file=tiny.bbk\n");
+    out = runConsole(dir.path(), "g\nq\n", "book.file=tiny.bbk\n");
     EXPECT_TRUE(contains(out, "picked book move: e2e4\n") || contains(out, "picked book move: d2d4\n"))
         << out;
 }
