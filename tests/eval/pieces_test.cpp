@@ -1,7 +1,6 @@
 // What the whole-score derivations do not reach: the penalty part of the piece term (trapped knights
-// and bishops, the rook shut in by its own king, rooks on open files and on the seventh, knights
-// behind pawns) and the king attack's zone squares, batteries and stacks. White's side in each case;
-// the colour-flip test carries them to Black.
+// and bishops, the rook shut in by its own king) and the king attack's zone squares, batteries and
+// stacks. White's side in each case; the colour-flip test carries them to Black.
 #include "eval/pieces.h"
 
 #include <gtest/gtest.h>
@@ -35,19 +34,6 @@ TEST(PiecePenalties, TrappedAndShutInPieces) {
     EXPECT_EQ(whitePenalties("4k3/8/8/8/8/8/6PP/5KR1 w - -"), -50);    // king f1 shuts in the rook on g1
     EXPECT_EQ(whitePenalties("4k3/8/8/8/8/8/PP6/1RK5 w - -"), -50);    // and on the queen's side
     EXPECT_EQ(whitePenalties("4k3/8/8/8/8/8/6P1/5KR1 w - -"), 0);      // the h-pawn is gone
-}
-
-TEST(PiecePenalties, FilesRanksAndOutposts) {
-    // Rook a7: open a-file with 5 files free of pawns 8; Black's king on its back rank: counter 2,
-    // 2 x backRank[2] = 20.
-    EXPECT_EQ(whitePenalties("4k3/R7/8/8/8/8/5PPP/6K1 w - -"), 8 + 20);
-    EXPECT_EQ(whitePenalties("4k3/RR6/8/8/8/8/5PPP/6K1 w - -"), 2 * 8 + 2 * 30);  // counter 4
-    // Rook d1, Black pawn d7: half-open with 5 files free of own pawns 8; on the enemy king's file
-    // 20 x 5 units / 32 = 3.
-    EXPECT_EQ(whitePenalties("3k4/3p4/8/8/8/8/5PPP/3R2K1 w - -"), 8 + 3);
-    // Knight d4 behind its pawn d5: 32; an enemy pawn three squares ahead on d7: -12.
-    EXPECT_EQ(whitePenalties("4k3/8/8/3P4/3N4/8/8/4K3 w - -"), 32);
-    EXPECT_EQ(whitePenalties("4k3/3p4/8/3P4/3N4/8/8/4K3 w - -"), 32 - 12);
 }
 
 TEST(KingAttack, ZoneSquaresCoverBatteriesAndStacks) {

@@ -51,14 +51,3 @@ TEST(ColourFlip, PerftPositionsToDepthThree) {
     }
     EXPECT_GT(checker.checked, sanitized() ? 5000 : 280000);
 }
-
-// Middlegames from the test suites; the harness checks the whole suites where they are at hand.
-TEST(ColourFlip, SuitePositions) {
-    FlipChecker checker;
-    for (const std::string& fen : fensOf(testData("suite_positions.epd"))) {
-        auto board = boardFrom(fen);
-        checker.check(*board);
-        if (HasFatalFailure()) return;
-    }
-    EXPECT_EQ(checker.checked, 6);
-}
