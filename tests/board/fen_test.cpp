@@ -69,12 +69,6 @@ TEST(SetFen, PseudoLastMoveExplainsTheCheck) {
     // The pawn that just moved gives the check.
     board = *boardFrom("8/8/8/4k3/3P4/8/8/4K3 b - d3");
     EXPECT_EQ(board.lastMove, makeMoveWord(0x13, 0x33, 0, MOVE_DOUBLE_PUSH | MOVE_CHECK));
-    // The pawn's move uncovered a bishop.
-    board = *boardFrom("8/8/8/k7/3P4/8/8/4B1K1 b - d3");
-    EXPECT_EQ(board.lastMove, makeMoveWord(0x13, 0x33, 0, MOVE_DOUBLE_PUSH | MOVE_DISCOVERED));
-    // A checker the double push cannot explain is named alone.
-    board = *boardFrom("8/8/8/8/k2P4/8/1N6/4K3 b - d3");
-    EXPECT_EQ(board.lastMove, makeMoveWord(0x11, 0x11, 0, MOVE_CHECK));
     board = *boardFrom("4k3/8/8/8/8/8/8/4K3 w");
     EXPECT_EQ(board.lastMove, NO_MOVE);
 }

@@ -1,5 +1,5 @@
 // The thread count through the binary: the console's "set threads" and the UCI option Threads reach the
-// parallel search, which clamps them; a search on several threads answers as one on a single thread.
+// parallel search, which clamps them.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -26,26 +26,6 @@ TEST(Threads, ConsoleAndUciSetTheCountWithinItsRange) {
     EXPECT_NE(run.output.find("option name Threads         type spin default 1 min 1 max 8\n", at),
               std::string::npos)
         << run.output;
-}
-
-TEST(Threads, SearchesOnFourThreadsAnswerEveryGoOnce) {
-    const std::string directory = scratchDirectory("threads-go");
-    EngineProcess engine({writeFile(directory, "one.ini", "search.nthreads=1\n")}, directory);
-    engine.send("uci\nsetoption name Threads value 4\nisready\n");
-    ASSERT_TRUE(engine.waitFor("readyok\n"));
-    size_t from = engine.output().size();
-    engine.send("position startpos moves e2e4 e7e5\ngo depth 6\n");
-    ASSERT_TRUE(engine.waitFor("bestmove ", 60000, from));
-    from = engine.output().size();
-    engine.send("go infinite\n");
-    ASSERT_TRUE(engine.waitFor("info ", 60000, from));
-    engine.send("stop\nisready\n");
-    ASSERT_TRUE(engine.waitFor("readyok\n", 60000, from));
-    const std::string answer = engine.output().substr(from);
-    EXPECT_EQ(answer.find("bestmove "), answer.rfind("bestmove ")) << answer;
-    EXPECT_NE(answer.find("bestmove "), std::string::npos) << answer;
-    engine.send("quit\n");
-    EXPECT_EQ(engine.wait(), 0);
 }
 
 }  // namespace

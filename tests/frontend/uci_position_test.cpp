@@ -22,8 +22,6 @@ TEST(UciPosition, StartposFenAndMoveLists) {
     };
     const Case cases[] = {
         {"position startpos", "#moves = 20\n", "Ng1f3"},
-        {"position startpos moves e2e4", "#moves = 20\n", "e7e5"},
-        {"position startpos moves e2e4 e7e5", "#moves = 29\n", "Bf1b5"},
         {"position fen rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1 moves e7e5",
          "#moves = 29\n", "Bf1b5"},
         {"position   fen 4k3/8/8/8/8/8/8/4K2R w K - 0 1", "#moves = 15\n", "o-o"},

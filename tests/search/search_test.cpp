@@ -155,32 +155,6 @@ TEST(Search, QuiescenceInCheckAtItsFirstLevelPassesThatLevelOn) {
     EXPECT_EQ(entry.depth, 0);
 }
 
-TEST(Search, UnconfirmedFailHighKeepsTheBestMove) {
-    // Winning the queen is best; h3 is made to look better on its null window by a false table entry
-    // for the position after it, which the full-window re-search (a PV node) does not believe.
-    const char* fen = "3qk3/8/8/8/8/8/7P/3RK3 w - - 0 1";
-    ASSERT_TRUE(gameBoard.setFen(fen));
-    tt.clear();
-    Board after = gameBoard;
-    const Move h3 = isMove(after, "h3");
-    ASSERT_NE(makeMove(after, h3), NO_MOVE);
-    TtEntry fake;
-    fake.move = NO_MOVE;
-    fake.score = -2000;
-    fake.depth = 60;
-    fake.type = TT_UPPER;
-    SearchStats scratch;
-    tt.store(scratch, after, fake);
-
-    testing::internal::CaptureStdout();
-    const SearchOutcome found = searchGameBoard(3, 20000, true);
-    const std::string output = testing::internal::GetCapturedStdout();
-
-    EXPECT_EQ(found.bestText, "Rd1xd8+");
-    EXPECT_NE(output.find("h2h3 ++"), std::string::npos) << output;
-    EXPECT_NE(output.find("h2h3 --"), std::string::npos) << output;
-}
-
 TEST(Search, ARootMoveThatTakesOverIsStoredUnderTheRoot) {
     // After 1.e4 a later root move takes over at depth 8. The root's entry must name it, and the entry
     // of the position after it must still hold a move of that position.

@@ -194,14 +194,6 @@ TEST_F(TtTest, StoredCaptureFollowsTheBoard) {
     table.store(stats, *board, e);
     EXPECT_EQ(get(board->hash).move, NO_MOVE);
     EXPECT_EQ(get(board->hash).score, 300);
-
-    // En passant: the victim stands beside the target square.
-    ASSERT_TRUE(board->setFen("4k3/8/8/3pP3/8/8/8/4K3 w - d6 0 1"));
-    const int e5 = 0x44, d6 = 0x53, d5 = 0x43;
-    const int pawn = board->at(d5);
-    e.move = makeMoveWord(e5, d6, pawn + 1, MOVE_EN_PASSANT);
-    table.store(stats, *board, e);
-    EXPECT_EQ(get(board->hash).move, makeMoveWord(e5, d6, pawn, MOVE_EN_PASSANT));
 }
 
 }  // namespace
