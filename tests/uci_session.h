@@ -11,7 +11,7 @@
 
 #include "engine_process.h"
 
-// Whether text contains pattern, where '#' stands for a number (digits, perhaps after a '-'), '@' for
+// Whether pattern occurs in text, where '#' stands for a number (digits, perhaps after a '-'), '@' for
 // a move in protocol form (e2e4, e7e8q) and '*' for any run of characters within a line. (std::regex
 // trips a false warning of the compiler in the sanitizer builds.)
 inline bool matchesAt(const char* text, const char* pattern) {
@@ -38,7 +38,7 @@ inline bool matchesAt(const char* text, const char* pattern) {
     return *text == *pattern && matchesAt(text + 1, pattern + 1);
 }
 
-inline bool contains(const std::string& text, const char* pattern) {
+inline bool matches(const std::string& text, const char* pattern) {
     for (size_t at = 0; at <= text.size(); at++)
         if (matchesAt(text.c_str() + at, pattern)) return true;
     return false;

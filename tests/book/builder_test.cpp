@@ -4,10 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <memory>
 
-#include "board/makemove.h"
-#include "board/notation.h"
+#include "boards.h"
 #include "book/book.h"
 #include "environment.h"
 #include "scratch.h"
@@ -34,13 +32,6 @@ Built build(const ScratchDir& dir, const std::string& pgn, BookBuildOptions opti
 Built buildText(const ScratchDir& dir, const std::string& text, BookBuildOptions options = {}) {
     writeText(dir.file("games.pgn"), text);
     return build(dir, dir.file("games.pgn"), options);
-}
-
-uint64_t keyAfter(const std::vector<const char*>& moves) {
-    auto board = std::make_unique<Board>();
-    EXPECT_TRUE(board->setFen(START_FEN));
-    for (const char* text : moves) EXPECT_NE(makeMove(*board, isMove(*board, text) & ~MOVE_CHECKS), NO_MOVE);
-    return bookKey(*board);
 }
 
 // The number of moves the records hold for a position.
@@ -74,7 +65,7 @@ TEST(BookBuilder, TwicBookIsSortedAndEveryPositionIsFound) {
 
     // Sorted behind a first record of key 0, every position found by a probe, Black's moves marked.
     ASSERT_EQ(book.records[0].key, 0u);
-    const uint64_t e4Key = keyAfter({"e4"});
+    const uint64_t e4Key = bookKey(*boardAfter(START_FEN, "e4"));
     Book probe;
     ASSERT_TRUE(probe.open(dir.file("built.bbk").c_str()));
     for (size_t i = 1; i < book.records.size(); i++) {
@@ -117,8 +108,8 @@ TEST(BookBuilder, FiltersByResultRatingGamesAndScore) {
     options = {};
     options.minScore = 60;
     const Built book = buildText(dir, games, options);
-    EXPECT_EQ(movesOf(book.records, keyAfter({})), 1u);
-    EXPECT_EQ(movesOf(book.records, keyAfter({"e4"})), 1u);
+    EXPECT_EQ(movesOf(book.records, bookKey(*boardFrom(START_FEN))), 1u);
+    EXPECT_EQ(movesOf(book.records, bookKey(*boardAfter(START_FEN, "e4"))), 1u);
 }
 
 TEST(BookBuilder, BrokenGamesAreNamedAndSkipped) {

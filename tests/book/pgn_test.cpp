@@ -45,11 +45,6 @@ TEST(PgnReader, FormsOfMovetextPeopleWrite) {
     EXPECT_EQ(games[0].result, "0-1");
     EXPECT_EQ(games[1].moves.size(), 2u);
     EXPECT_EQ(games[1].result, "1/2-1/2");
-
-    const std::vector<PgnGame> cut = readText("1. e4 e5 2. Nf3 Nc6 3. Bb5 a6 *", 3);
-    ASSERT_EQ(cut.size(), 1u);
-    EXPECT_EQ(cut[0].moves, (std::vector<std::string>{"e4", "e5", "Nf3"})) << "only the first moves are kept";
-    EXPECT_EQ(cut[0].result, "*");
 }
 
 TEST(PgnReader, HostileInputEndsWithoutHangingOrGrowing) {

@@ -3,12 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <memory>
 #include <sstream>
 #include <tuple>
 
-#include "board/makemove.h"
-#include "board/notation.h"
+#include "boards.h"
 #include "book/book.h"
 #include "book/polyglot_import.h"
 #include "book/polyglot_keys.h"
@@ -18,17 +16,6 @@ namespace {
 
 using testing::internal::CaptureStdout;
 using testing::internal::GetCapturedStdout;
-
-// The board after the coordinate moves of line, played from the start position.
-std::unique_ptr<Board> boardAfter(const std::string& line) {
-    auto board = std::make_unique<Board>();
-    EXPECT_TRUE(board->setFen(START_FEN));
-    std::istringstream moves(line);
-    std::string move;
-    while (moves >> move)
-        EXPECT_NE(makeMove(*board, isMove(*board, move.c_str()) & ~MOVE_CHECKS), NO_MOVE) << move;
-    return board;
-}
 
 TEST(PolyglotKey, MatchesTheFormatsTestKeys) {
     const std::pair<const char*, uint64_t> published[] = {
@@ -42,7 +29,8 @@ TEST(PolyglotKey, MatchesTheFormatsTestKeys) {
         {"a2a4 b7b5 h2h4 b5b4 c2c4", 0x3c8123ea7b067637},
         {"a2a4 b7b5 h2h4 b5b4 c2c4 b4c3 a1a3", 0x5c3f9b829b279560},
     };
-    for (const auto& [line, key] : published) EXPECT_EQ(polyglotKey(*boardAfter(line)), key) << line;
+    for (const auto& [line, key] : published)
+        EXPECT_EQ(polyglotKey(*boardAfter(START_FEN, line)), key) << line;
     // A FEN may name an en-passant square that no pawn can use; the key leaves it out.
     Board board;
     ASSERT_TRUE(board.setFen("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1"));
@@ -53,7 +41,7 @@ TEST(PolyglotKey, MatchesTheFormatsTestKeys) {
 using Records = std::vector<std::pair<std::string, std::array<int, 4>>>;
 
 Records recordsAfter(const std::vector<BookEntry>& book, const std::string& line) {
-    const uint64_t key = bookKey(*boardAfter(line));
+    const uint64_t key = bookKey(*boardAfter(START_FEN, line));
     Records records;
     for (const BookEntry& e : book) {
         if (e.key != key) continue;
@@ -99,7 +87,7 @@ TEST(PolyglotImport, WalksFromTheStartThroughCastlingPromotionsAndTranspositions
     for (std::string move; rest >> move; played += " " + move) moves.push_back({played, move, 1});
     std::vector<PolyglotLine> lines;
     for (const auto& [line, move, weight] : moves)
-        lines.push_back({polyglotKey(*boardAfter(line)), move, weight});
+        lines.push_back({polyglotKey(*boardAfter(START_FEN, line)), move, weight});
     ScratchDir dir;
     writePolyglot(dir.file("small.bin"), lines);
     ASSERT_TRUE(isPolyglotBook(dir.file("small.bin").c_str()));

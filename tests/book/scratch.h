@@ -41,10 +41,6 @@ inline std::vector<BookEntry> readBookFile(const std::string& path) {
     return entries;
 }
 
-inline bool contains(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-}
-
 inline bool operator==(const BookEntry& a, const BookEntry& b) {
     return a.key == b.key && a.from == b.from && a.to == b.to && a.won == b.won && a.drawn == b.drawn &&
            a.lost == b.lost;

@@ -11,10 +11,6 @@ std::string session(const std::string& input) {
     return runConsole(scratchDirectory("search_commands"), input);
 }
 
-bool contains(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-}
-
 // Commands typed during an asynchronous search meet no search still at work: each ends it first,
 // and its move is played before the command runs. The ThreadSanitizer build turns any race on the
 // board, the table or the limits into a non-zero exit code.

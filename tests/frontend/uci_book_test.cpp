@@ -3,14 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "board/board.h"
-#include "board/makemove.h"
-#include "board/notation.h"
+#include "boards.h"
 #include "book/book.h"
 #include "uci_session.h"
 
@@ -20,26 +16,13 @@ constexpr uint8_t square(char file, char rank) {
     return uint8_t((rank - '1') * 16 + (file - 'a'));
 }
 
-// The book key of the position after the moves from the start position.
-uint64_t keyAfter(const std::string& moves) {
-    auto board = std::make_unique<Board>();
-    EXPECT_TRUE(board->setFen(START_FEN));
-    std::istringstream words(moves);
-    for (std::string word; words >> word;) {
-        Move move = makeMove(*board, isMove(*board, word.c_str()));
-        EXPECT_NE(move, NO_MOVE) << word;
-        board->lastMove = move;
-    }
-    return bookKey(*board);
-}
-
 // A book with one move for the start position (e2e4) and one after 1.e4 e5 2.Nf3 Nc6 (f1b5); the
 // first record holds no real position, since a probe never finds the records that begin the file.
 std::string writeBook(const std::string& directory) {
     std::vector<BookEntry> entries = {
         {0, 0, 0, 0, 1, 0},
-        {keyAfter(""), square('e', '2'), square('e', '4'), 10, 5, 2},
-        {keyAfter("e2e4 e7e5 g1f3 b8c6"), square('f', '1'), square('b', '5'), 7, 7, 3},
+        {bookKey(*boardFrom(START_FEN)), square('e', '2'), square('e', '4'), 10, 5, 2},
+        {bookKey(*boardAfter(START_FEN, "e2e4 e7e5 g1f3 b8c6")), square('f', '1'), square('b', '5'), 7, 7, 3},
     };
     std::sort(entries.begin(), entries.end(),
               [](const BookEntry& a, const BookEntry& b) { return a.key < b.key; });

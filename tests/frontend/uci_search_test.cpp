@@ -9,7 +9,7 @@ namespace {
 
 // The answer with or without a ponder move.
 bool hasBestmove(const std::string& text) {
-    return contains(text, "bestmove @\n") || contains(text, "bestmove @ ponder @\n");
+    return matches(text, "bestmove @\n") || matches(text, "bestmove @ ponder @\n");
 }
 
 TEST(UciSearch, InfiniteSearchAnswersIsreadyAndEndsOnStop) {
@@ -23,7 +23,7 @@ TEST(UciSearch, InfiniteSearchAnswersIsreadyAndEndsOnStop) {
     EXPECT_TRUE(hasBestmove(out)) << out;
     EXPECT_EQ(countOf(out, "bestmove"), 1u) << out;
     // The last info line before the answer carries the whole report.
-    EXPECT_TRUE(contains(out, "info depth # seldepth # score cp # time # nodes # nps # pv @ *\nbestmove"))
+    EXPECT_TRUE(matches(out, "info depth # seldepth # score cp # time # nodes # nps # pv @ *\nbestmove"))
         << out;
     std::string log = session.logText();
     EXPECT_LT(log.find("uci:stop() START\n"), log.find("uci:stop() END\n")) << log;
@@ -34,9 +34,9 @@ TEST(UciSearch, ARootMoveThatTakesOverKeepsItsLineAndPonderMove) {
     UciSession session("uci_takeover");
     std::string out = session.exchange("position startpos moves e2e4\ngo depth 8\n", "bestmove ");
     out += session.settle("");
-    EXPECT_FALSE(contains(out, " pv \n")) << out;
-    EXPECT_FALSE(contains(out, " pv\n")) << out;
-    EXPECT_TRUE(contains(out, "bestmove @ ponder @\n")) << out;
+    EXPECT_FALSE(matches(out, " pv \n")) << out;
+    EXPECT_FALSE(matches(out, " pv\n")) << out;
+    EXPECT_TRUE(matches(out, "bestmove @ ponder @\n")) << out;
 }
 
 // A ponder search that ends before the opponent moves holds its answer back: "ponderhit" sends it with
@@ -47,7 +47,7 @@ TEST(UciSearch, WithheldPonderResult) {
     out += session.settle("");
     EXPECT_EQ(out.find("bestmove"), std::string::npos) << out;
     out = session.exchange("ponderhit\n", "bestmove ");
-    EXPECT_TRUE(contains(out, "bestmove @ ponder @\n")) << out;
+    EXPECT_TRUE(matches(out, "bestmove @ ponder @\n")) << out;
     EXPECT_NE(out.find("info depth 2 seldepth"), std::string::npos) << out;
 
     out = session.exchange("position startpos moves e2e4\ngo ponder depth 2\n", "finished() ok\n");
@@ -73,7 +73,7 @@ TEST(UciSearch, StopOrPonderhitAfterTheAnswerGetNoSecondOne) {
     out = session.exchange("position startpos moves e2e4\ngo ponder depth 2\n", "finished() ok\n");
     out += session.settle("ponderhit\nstop\nponderhit\n");
     EXPECT_EQ(countOf(out, "bestmove"), 1u) << out;
-    EXPECT_TRUE(contains(out, "bestmove @ ponder @\n")) << out;
+    EXPECT_TRUE(matches(out, "bestmove @ ponder @\n")) << out;
     EXPECT_EQ(countOf(session.logText(), "after the bestmove was sent, ignored\n"), 4u);
 }
 

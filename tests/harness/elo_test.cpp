@@ -50,12 +50,9 @@ TEST(Elo, WorkedExamplesOfEachRule) {
     } cases[] = {
         // 10x30 + 5x25 + 3x20 + 2x15 + 2x10 + 1x5 = 540 points.
         {"LCT II", {{5, 10}, {20, 5}, {60, 3}, {120, 2}, {300, 2}, {450, 1}}, 35, 600, 2440},
-        {"LCT II", {}, 35, 600, 1900},
-        {"LCT II", {{0, 35}}, 35, 600, 2950},
         // 20 solved in 3,000 s and 10 unsolved at 900 s: 12,000 s / 30 = 400 below the suite's figure.
         {"BT2450", {{150, 20}}, 30, 900, 2050},
         {"BT2630", {{150, 20}}, 30, 900, 2230},
-        {"BT2630", {{0, 30}}, 30, 900, 2630},
         {"BT2450", {{1200, 30}}, 30, 1200, 1550},  // a solution kept after the limit counts as the limit
         // 15 solved in 1,800 s, 12 unsolved: T = 210 min, 2830 - 140 - 44,100 / 484.
         {"BS2830", {{120, 15}}, 27, 900, 2598.884},

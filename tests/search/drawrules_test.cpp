@@ -4,46 +4,27 @@
 
 #include <gtest/gtest.h>
 
-#include <initializer_list>
-
-#include "board/board.h"
-#include "board/makemove.h"
-#include "board/notation.h"
+#include "boards.h"
 
 namespace {
 
-Board play(const char* fen, std::initializer_list<const char*> moves) {
-    Board board;
-    EXPECT_TRUE(board.setFen(fen));
-    for (const char* text : moves) {
-        const Move move = isMove(board, text);
-        EXPECT_NE(move, NO_MOVE) << text;
-        const Move made = makeMove(board, move);
-        EXPECT_NE(made, NO_MOVE) << text;
-        board.lastMove = made;
-    }
-    return board;
-}
-
-constexpr const char* START = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
-
 TEST(DrawRules, RepetitionNeedsTwoEarlierOccurrencesNearTheRootAndOneDeeper) {
-    const Board once = play(START, {"Nf3", "Nf6", "Ng1", "Ng8"});
+    const Board once = *boardAfter(START_FEN, "Nf3 Nf6 Ng1 Ng8");
     EXPECT_TRUE(repetitionDraw(once, 4));
     EXPECT_FALSE(repetitionDraw(once, 3));
     EXPECT_FALSE(repetitionDraw(once, 2));
 
-    const Board twice = play(START, {"Nf3", "Nf6", "Ng1", "Ng8", "Nf3", "Nf6", "Ng1", "Ng8"});
+    const Board twice = *boardAfter(START_FEN, "Nf3 Nf6 Ng1 Ng8 Nf3 Nf6 Ng1 Ng8");
     EXPECT_TRUE(repetitionDraw(twice, 2));
 
     // A pawn move in between cuts the history: the earlier positions can never come back.
-    const Board cut = play(START, {"Nf3", "Nf6", "Ng1", "Ng8", "e4", "e5", "Nf3", "Nf6", "Ng1", "Ng8"});
+    const Board cut = *boardAfter(START_FEN, "Nf3 Nf6 Ng1 Ng8 e4 e5 Nf3 Nf6 Ng1 Ng8");
     EXPECT_TRUE(repetitionDraw(cut, 5));
     EXPECT_FALSE(repetitionDraw(cut, 1));
 }
 
 TEST(DrawRules, FiftyMovesCountPliesSinceTheLastCaptureOrPawnMove) {
-    Board board = play("4k3/8/8/8/8/8/8/R3K2R w - - 0 1", {});
+    Board board = *boardAfter("4k3/8/8/8/8/8/8/R3K2R w - - 0 1", "");
     // Rooks wander without repeating a position's count: only the ply difference matters here.
     const char* cycle[] = {"Ra2", "Kd8", "Ra1", "Ke8"};
     int plies = 0;
@@ -57,7 +38,7 @@ TEST(DrawRules, FiftyMovesCountPliesSinceTheLastCaptureOrPawnMove) {
     board.lastMove = makeMove(board, isMove(board, cycle[plies % 4]));
     EXPECT_TRUE(fiftyMoveDraw(board));
     // A capture starts the count again.
-    const Board fresh = play("4k3/8/8/8/8/8/r7/R3K3 w - - 0 1", {"Rxa2"});
+    const Board fresh = *boardAfter("4k3/8/8/8/8/8/r7/R3K3 w - - 0 1", "Rxa2");
     EXPECT_FALSE(fiftyMoveDraw(fresh));
 }
 
@@ -81,7 +62,7 @@ TEST(DrawRules, InsufficientMaterialIsAtMostOneMinorPieceAndNothingElse) {
 
 TEST(DrawRules, ReversalGivesTheMoveThatRepeats) {
     // Black's bishop goes out and back while White's rook went up the file: the rook can go back too.
-    const Board board = play("4k3/8/8/8/8/2b5/8/3R3K b - - 0 1", {"Bb4", "Rd7", "Bc3"});
+    const Board board = *boardAfter("4k3/8/8/8/8/2b5/8/3R3K b - - 0 1", "Bb4 Rd7 Bc3");
     const Move back = reversalDraw(board, 3, 0, board.lastMove);
     EXPECT_EQ(moveFrom(back), 0x63);  // d7
     EXPECT_EQ(moveTo(back), 0x03);    // d1
@@ -90,13 +71,13 @@ TEST(DrawRules, ReversalGivesTheMoveThatRepeats) {
     EXPECT_EQ(reversalDraw(board, 2, 0, board.lastMove), NO_MOVE);
 
     // The returning bishop now blocks the rook's way back along the file.
-    const Board blocked = play("4k3/8/8/8/8/3b4/8/3RK3 b - - 0 1", {"Be4", "Rd5", "Bd3"});
+    const Board blocked = *boardAfter("4k3/8/8/8/8/3b4/8/3RK3 b - - 0 1", "Be4 Rd5 Bd3");
     EXPECT_EQ(reversalDraw(blocked, 3, 0, blocked.lastMove), NO_MOVE);
     // A knight's way back lies on no line, which the rule reads as blocked.
-    const Board knights = play(START, {"Nf3", "Nf6", "Nc3", "Ng8"});
+    const Board knights = *boardAfter(START_FEN, "Nf3 Nf6 Nc3 Ng8");
     EXPECT_EQ(reversalDraw(knights, 4, 0, knights.lastMove), NO_MOVE);
     // A pawn move in between is irreversible.
-    const Board pawn = play(START, {"Nf3", "Nf6", "e4", "Ng8"});
+    const Board pawn = *boardAfter(START_FEN, "Nf3 Nf6 e4 Ng8");
     EXPECT_EQ(reversalDraw(pawn, 4, 0, pawn.lastMove), NO_MOVE);
 }
 

@@ -188,12 +188,6 @@ TEST_F(TtTest, StoredCaptureFollowsTheBoard) {
     e.move = makeMoveWord(a1, a2, onB8);
     table.store(stats, *board, e);
     EXPECT_EQ(get(board->hash).move, makeMoveWord(a1, a2, onA2));
-
-    // A piece of another kind stood there: the move is dropped, the score stays.
-    e.move = makeMoveWord(a1, a2, BLACK_BASE + BISHOP_SLOT);
-    table.store(stats, *board, e);
-    EXPECT_EQ(get(board->hash).move, NO_MOVE);
-    EXPECT_EQ(get(board->hash).score, 300);
 }
 
 }  // namespace
