@@ -85,9 +85,10 @@ TEST_F(EpdRunTest, SolvedOnlyByABestMoveThatIsNotAvoided) {
     EXPECT_EQ(r.results.positions[2].outcome, PositionOutcome::SOLVED) << printed;
     EXPECT_EQ(r.results.positions[3].outcome, PositionOutcome::UNSOLVED) << printed;
     EXPECT_EQ(r.results.positions[0].move, "Qd2xd5");
-    // A solution shown from the first iteration on is found at once.
-    EXPECT_LT(r.results.positions[0].ms, 40u);
-    EXPECT_GE(r.results.positions[1].ms, 40u) << "an unsolved position records the time searched";
+    // A solution shown from the first iteration on counts from then; an unsolved position records the
+    // time searched. (No fixed bound for the first: a loaded machine may take long over one iteration.)
+    EXPECT_LE(r.results.positions[0].ms, r.results.positions[1].ms);
+    EXPECT_GE(r.results.positions[1].ms, 40u);
     EXPECT_NE(printed.find("bm Qd2d5 Ke2; am Qxd5"), std::string::npos) << printed;
 }
 
