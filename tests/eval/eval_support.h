@@ -1,5 +1,5 @@
-// Helpers shared by the evaluation tests: the colour-flipped twin of a position, and evaluation with
-// the shared cache on or off.
+// Helpers shared by the evaluation tests: the colour-flipped twin of a position (from the board's
+// flipFen) and evaluation with the shared cache on or off.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -14,11 +14,6 @@
 #include "eval/evaluate.h"
 
 namespace evaltest {
-
-// The position with ranks mirrored, colours exchanged and the other side to move, as FEN.
-inline std::string flippedFen(const Board& board) {
-    return flipFen(fenOf(board));
-}
 
 // One context per test: each holds a 2 MiB pawn table.
 struct Evaluator {

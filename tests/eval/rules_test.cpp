@@ -11,7 +11,7 @@ namespace {
 // Each position as given and as its colour-flipped twin, with either side to move.
 void expectScore(Evaluator& evaluate, const std::string& fen, bool draw) {
     auto board = boardFrom(fen);
-    for (const std::string& version : {fen, flippedFen(*board)}) {
+    for (const std::string& version : {fen, flipFen(fenOf(*board))}) {
         for (const char* side : {" w - -", " b - -"}) {
             const std::string position = version.substr(0, version.find(' ')) + side;
             const int score = evaluate(position);

@@ -18,7 +18,7 @@ struct FlipChecker {
     int checked = 0;
 
     void check(Board& board) {
-        const std::string flipped = flippedFen(board);
+        const std::string flipped = flipFen(fenOf(board));
         ASSERT_TRUE(twin->setFen(flipped.c_str())) << flipped;
         for (bool cache : {false, true}) {
             const int score = evaluator(board, cache);
