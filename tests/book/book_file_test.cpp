@@ -11,19 +11,8 @@
 
 namespace {
 
-using testing::internal::CaptureStdout;
-using testing::internal::GetCapturedStdout;
-
 BookEntry entry(uint64_t key, uint8_t to) {
     return BookEntry{key, 0x14, to, 1, 0, 0};
-}
-
-std::string saveQuietly(const ScratchDir& dir, const std::vector<BookEntry>& entries) {
-    const std::string path = dir.file("test.bbk");
-    CaptureStdout();
-    EXPECT_TRUE(Book::save(path.c_str(), entries));
-    GetCapturedStdout();
-    return path;
 }
 
 TEST(BookFile, FindLocatesTheFirstRecordOfAKeyExceptAtRecordZero) {
@@ -34,7 +23,7 @@ TEST(BookFile, FindLocatesTheFirstRecordOfAKeyExceptAtRecordZero) {
                                             entry(9, 4),          entry(9, 5),    entry(9, 6),
                                             entry(1ull << 32, 7), entry(high, 8), entry(high, 9)};
     Book book;
-    ASSERT_TRUE(book.open(saveQuietly(dir, entries).c_str()));
+    ASSERT_TRUE(book.open(saveBook(dir.file("test.bbk"), entries).c_str()));
     EXPECT_EQ(book.records(), entries.size());
 
     EXPECT_FALSE(book.find(5)) << "records starting at record 0 are reported absent";
@@ -59,7 +48,7 @@ TEST(BookFile, EntriesAreThoseOfThePositionWithTheSideToMoveFoldedIn) {
     for (uint8_t i = 0; i < 40; i++) entries.push_back(entry(board->hash ^ 1, 10 + i));
     entries.push_back(entry(board->hash ^ 2, 3));
     Book book;
-    ASSERT_TRUE(book.open(saveQuietly(dir, entries).c_str()));
+    ASSERT_TRUE(book.open(saveBook(dir.file("test.bbk"), entries).c_str()));
 
     board->sideToMove = WHITE;
     ASSERT_EQ(book.readEntries(*board), 1);
@@ -87,7 +76,7 @@ TEST(BookFile, MissingEmptyPartialAndDamagedFiles) {
 
     // A trailing partial record is not counted and never read.
     writeText(dir.file("partial.bbk"),
-              readText(saveQuietly(dir, {entry(1, 1), entry(2, 2)})) + "\x01\x02\x03");
+              readText(saveBook(dir.file("test.bbk"), {entry(1, 1), entry(2, 2)})) + "\x01\x02\x03");
     ASSERT_TRUE(book.open(dir.file("partial.bbk").c_str()));
     EXPECT_EQ(book.records(), 2u);
     EXPECT_TRUE(book.find(2));

@@ -15,14 +15,6 @@ BookEntry entry(uint64_t key, uint8_t to, uint16_t won = 1) {
     return BookEntry{key, 0x86, to, won, 2, 3};
 }
 
-std::string makeBook(const ScratchDir& dir, const std::string& name, const std::vector<BookEntry>& entries) {
-    const std::string path = dir.file(name);
-    CaptureStdout();
-    EXPECT_TRUE(Book::save(path.c_str(), entries));
-    GetCapturedStdout();
-    return path;
-}
-
 // Runs merge and returns its output text.
 std::string merged(const std::string& first, const std::string& second, const std::string& output,
                    bool expected = true) {
@@ -36,7 +28,7 @@ TEST(Merge, InterleavesGroupsByKeyWithTheFirstBookFirstUnderACommonKey) {
     const std::vector<BookEntry> a = {entry(1, 1), entry(3, 2), entry(3, 3), entry(0x8000000000000000ull, 4)};
     const std::vector<BookEntry> b = {entry(2, 5), entry(3, 6), entry(6, 7, 9)};
     const std::string out = dir.file("out.bbk");
-    const std::string text = merged(makeBook(dir, "a.bbk", a), makeBook(dir, "b.bbk", b), out);
+    const std::string text = merged(saveBook(dir.file("a.bbk"), a), saveBook(dir.file("b.bbk"), b), out);
     EXPECT_EQ(text, "merging " + dir.file("a.bbk") + " with " + dir.file("b.bbk") + " to " + out +
                         "...\n...done!\n" + out + " contains 6 positions with 7 moves\n");
     EXPECT_EQ(readBookFile(out), (std::vector<BookEntry>{a[0], b[0], a[1], a[2], b[1], b[2], a[3]}));
@@ -48,7 +40,8 @@ TEST(Merge, ALongRunKeepsItsFirst31RecordsAndItsLast) {
     for (uint8_t i = 0; i < 40; i++) a.push_back(entry(5, i));
     a.push_back(entry(8, 99));
     writeText(dir.file("empty.bbk"), "");
-    const std::string text = merged(makeBook(dir, "a.bbk", a), dir.file("empty.bbk"), dir.file("out.bbk"));
+    const std::string text =
+        merged(saveBook(dir.file("a.bbk"), a), dir.file("empty.bbk"), dir.file("out.bbk"));
     EXPECT_NE(text.find("contains 3 positions with 34 moves"), std::string::npos) << text;
     std::vector<BookEntry> expected(a.begin(), a.begin() + 32);
     expected.push_back(a[40]);
@@ -58,8 +51,8 @@ TEST(Merge, ALongRunKeepsItsFirst31RecordsAndItsLast) {
 
 TEST(Merge, RefusesMissingPathsSelfOutputAndUnreadableInputs) {
     ScratchDir dir;
-    const std::string a = makeBook(dir, "a.bbk", {entry(1, 1), entry(2, 2)});
-    const std::string b = makeBook(dir, "b.bbk", {entry(3, 3)});
+    const std::string a = saveBook(dir.file("a.bbk"), {entry(1, 1), entry(2, 2)});
+    const std::string b = saveBook(dir.file("b.bbk"), {entry(3, 3)});
     const std::string before = readText(b);
 
     EXPECT_EQ(merged(a, b, b, false), "cannot merge book to self\n");

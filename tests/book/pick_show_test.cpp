@@ -11,9 +11,6 @@
 
 namespace {
 
-using testing::internal::CaptureStdout;
-using testing::internal::GetCapturedStdout;
-
 constexpr uint8_t E2 = 0x14, E4 = 0x34, D2 = 0x13, D4 = 0x33;
 
 class BookMoves : public testing::Test {
@@ -24,10 +21,7 @@ class BookMoves : public testing::Test {
     void openBook(Book& target, std::vector<BookEntry> moves) {
         for (BookEntry& move : moves) move.key = bookKey(*board);
         moves.insert(moves.begin(), BookEntry{0, 0, 0, 0, 1, 0});
-        CaptureStdout();
-        ASSERT_TRUE(Book::save(dir.file("moves.bbk").c_str(), moves));
-        GetCapturedStdout();
-        ASSERT_TRUE(target.open(dir.file("moves.bbk").c_str()));
+        ASSERT_TRUE(target.open(saveBook(dir.file("moves.bbk"), moves).c_str()));
     }
 
     ScratchDir dir;

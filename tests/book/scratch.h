@@ -1,10 +1,13 @@
-// Book files for the book tests: Polyglot entries written, the engine's own records read back.
+// Book files for the book tests: Polyglot entries written, the engine's own books saved and read back.
 #pragma once
+
+#include <gtest/gtest.h>
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
+#include "book/book.h"
 #include "book/record.h"
 #include "scratch_dir.h"
 
@@ -31,6 +34,14 @@ inline void writePolyglot(const std::string& path, const std::vector<PolyglotLin
         bytes += std::string(4, '\0');
     }
     writeText(path, bytes);
+}
+
+// Saves entries as the book at path (without the save's messages); returns the path.
+inline std::string saveBook(const std::string& path, const std::vector<BookEntry>& entries) {
+    testing::internal::CaptureStdout();
+    EXPECT_TRUE(Book::save(path.c_str(), entries)) << path;
+    testing::internal::GetCapturedStdout();
+    return path;
 }
 
 inline std::vector<BookEntry> readBookFile(const std::string& path) {

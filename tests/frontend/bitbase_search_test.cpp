@@ -3,7 +3,6 @@
 // a race in it into a non-zero exit code.
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <regex>
 #include <sstream>
 #include <string>
@@ -66,8 +65,5 @@ TEST(BitbaseSearch, MatesSoonerWithTheTables) {
         if (sanitized()) return;
         const Game without = playOut("", fen, 6, 32);
         EXPECT_TRUE(!without.mated || without.nodes > budget) << fen << ": " << without.nodes << " nodes";
-        std::printf("%s: mate in %i plies, %li nodes with the tables; %s after %i plies, %li nodes without\n",
-                    fen, with.plies, with.nodes, without.mated ? "mate" : "no mate", without.plies,
-                    without.nodes);
     }
 }

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "boards.h"
-#include "book/book.h"
+#include "book/scratch.h"
 #include "uci_session.h"
 
 namespace {
@@ -26,11 +26,7 @@ std::string writeBook(const std::string& directory) {
     };
     std::sort(entries.begin(), entries.end(),
               [](const BookEntry& a, const BookEntry& b) { return a.key < b.key; });
-    std::string path = directory + "/test.bbk";
-    testing::internal::CaptureStdout();
-    EXPECT_TRUE(Book::save(path.c_str(), entries));
-    testing::internal::GetCapturedStdout();
-    return path;
+    return saveBook(directory + "/test.bbk", entries);
 }
 
 bool searched(const std::string& answer) {
