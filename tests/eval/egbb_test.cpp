@@ -38,20 +38,20 @@ struct Controls {
     }
 };
 
-// A connection to directory, loaded and initialised; the printed lines go to output.
-std::unique_ptr<EGBB> connect(const std::string& directory, int cacheMb, std::string& output) {
+// A connection to directory, loaded and initialised, without its messages.
+std::unique_ptr<EGBB> connect(const std::string& directory) {
     auto bitbases = std::make_unique<EGBB>();
     CaptureStdout();
     EXPECT_TRUE(bitbases->load(directory.c_str()));
-    EXPECT_TRUE(bitbases->init(cacheMb));
-    output = GetCapturedStdout();
+    EXPECT_TRUE(bitbases->init(16));
+    GetCapturedStdout();
     return bitbases;
 }
 
 // A connection to the stand-in claiming men and giving answer for all of them.
-std::unique_ptr<EGBB> connect(Controls& controls, int men, int answer, int cacheMb, std::string& output) {
+std::unique_ptr<EGBB> connect(Controls& controls, int men, int answer) {
     controls.claim(men, answer);
-    return connect(LIBRARIES + "/standin", cacheMb, output);
+    return connect(LIBRARIES + "/standin");
 }
 
 class StandIn : public ::testing::Test {
@@ -65,9 +65,8 @@ class RealTables : public ::testing::Test {
   protected:
     void SetUp() override {
         SKIP_WITHOUT_BITBASES();
-        std::string output;
-        bitbases = connect(KELVRA_EGBB_DIR, 16, output);
-        ASSERT_EQ(bitbases->maxMen(), 3) << output;
+        bitbases = connect(KELVRA_EGBB_DIR);
+        ASSERT_EQ(bitbases->maxMen(), 3);
     }
     int score(const std::string& fen) {
         int s = 12345;
@@ -109,8 +108,7 @@ TEST(BitbaseLoading, DirectoryWithWindowsSeparators) {
 }
 
 TEST_F(StandIn, ProbeConvertsSquaresAndPiecesAndKeepsToTheSet) {
-    std::string output;
-    auto five = connect(controls, 5, 7, 16, output);
+    auto five = connect(controls, 5, 7);
     int score = 0;
     // Queens, rooks, bishops, knights, pawns; White before Black within a kind. Squares a1 = 0.
     ASSERT_TRUE(five->probe(*boardFrom("r3k3/7p/8/8/8/8/8/3QK3 b - -"), score));
@@ -125,7 +123,7 @@ TEST_F(StandIn, ProbeConvertsSquaresAndPiecesAndKeepsToTheSet) {
     EXPECT_FALSE(five->probe(*boardFrom("r3k3/7p/8/8/8/8/7P/3QK3 w - -"), score));
     EXPECT_EQ(controls.probes(), probes);
 
-    auto three = connect(controls, 3, 7, 16, output);
+    auto three = connect(controls, 3, 7);
     EXPECT_FALSE(three->probe(*boardFrom("4k3/7p/8/8/8/8/7P/4K3 w - -"), score));
     EXPECT_EQ(controls.probes(), probes + 3);  // only the three detection probes of init
     EXPECT_TRUE(three->probe(*boardFrom("4k3/8/8/8/8/8/7P/4K3 w - -"), score));
