@@ -27,7 +27,7 @@ inline std::unique_ptr<Board> boardAfter(const std::string& fen, const std::stri
     auto board = boardFrom(fen);
     std::istringstream words(moves);
     for (std::string word; words >> word;) {
-        const Move made = makeMove(*board, isMove(*board, word.c_str()) & ~MOVE_CHECKS);
+        const Move made = makeMove(*board, plainMove(isMove(*board, word.c_str())));
         EXPECT_NE(made, NO_MOVE) << word;
         board->lastMove = made;
     }

@@ -4,7 +4,8 @@
 #include <cstdio>
 #include <cstring>
 
-#include "board/legalmoves.h"
+#include "board/makemove.h"
+#include "board/movegen.h"
 #include "board/tables.h"
 
 void moveToText(const Board& board, char* text, Move move) {
@@ -137,21 +138,26 @@ Move isMove(Board& board, const char* text) {
     MoveText m;
     if (!readMoveText(text, m) || !settleMoveText(m)) return NO_MOVE;
 
-    // Candidates that fit and that makeMove accepts; a second one makes the text ambiguous.
+    // Candidates that fit and that makeMove accepts; a second one makes the text ambiguous. Only the
+    // moves that fit are tried on the board.
     MoveList moves;
-    Move* end = generateLegalMoves(board, moves);
+    Move* end = board.inCheck() ? generateEvasions(board, moves) : generateMoves(board, moves);
+    const SavedState saved = saveState(board);
     Move found = NO_MOVE;
     for (Move* move = moves; move != end; ++move) {
         if (!fits(board, m, *move)) continue;
+        const Move made = makeMove(board, *move);
+        if (made == NO_MOVE) continue;
+        takeBack(board, made, saved);
         if (found) {
             char first[MOVE_TEXT_SIZE];
             char second[MOVE_TEXT_SIZE];
             moveToText(board, first, found);
-            moveToText(board, second, *move);
+            moveToText(board, second, made);
             printf("ambiguous move: %s _and_ %s\n", first, second);
             return NO_MOVE;
         }
-        found = *move;
+        found = made;
     }
     // The one candidate, or none.
     return found;

@@ -75,7 +75,7 @@ std::string replay(Board& board, const PgnGame& game, int maxPly, std::vector<Pl
         // the odd-ply mark is simply the mover's colour.
         played.push_back({bookKey(board), static_cast<uint8_t>(moveFrom(move) | (white ? 0 : BOOK_ODD_PLY)),
                           static_cast<uint8_t>(moveTo(move)), white});
-        if (makeMove(board, move & ~MOVE_CHECKS) == NO_MOVE)
+        if (makeMove(board, plainMove(move)) == NO_MOVE)
             return "move '" + text + "' refused at ply " + std::to_string(ply + 1);
     }
     return "";

@@ -94,9 +94,9 @@ class Walk {
             if (fresh) count(key, move, entry->weight);
             if (move == NO_MOVE || ply + 1 >= maxPly) continue;
             const SavedState saved = saveState(*board);
-            if (makeMove(*board, move & ~MOVE_CHECKS) == NO_MOVE) continue;
+            if (makeMove(*board, plainMove(move)) == NO_MOVE) continue;
             visit(ply + 1);
-            takeBack(*board, move & ~MOVE_CHECKS, saved);
+            takeBack(*board, plainMove(move), saved);
         }
         if (fresh) reportProgress();
     }

@@ -28,6 +28,10 @@ String Protocol::nextArg() {
     return String::nextWord(args, " \t");
 }
 
+int Protocol::nextNumber() {
+    return atoi(nextArg().c_str());
+}
+
 int Protocol::exchangeStatus(int newStatus, bool* withheldNote) {
     std::lock_guard<std::mutex> lock(statusLock);
     const int old = status;
@@ -109,7 +113,7 @@ void Protocol::answerGo(GoLimits limits) {
             nextArg();  // the search knows no node limit
         } else {
             for (const auto& number : numbers)
-                if (word == number.word) *number.value = atoi(nextArg().c_str());
+                if (word == number.word) *number.value = nextNumber();
         }
     }
 

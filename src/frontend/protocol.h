@@ -79,8 +79,9 @@ class Protocol : public SearchListener {
     // Answers with the engine's move: "bestmove" or "move".
     virtual void answer(Move best, Move ponder) = 0;
 
-    // The next word of the argument text.
+    // The next word of the argument text, and that word read as a number (as atoi reads it).
     String nextArg();
+    int nextNumber();
     // Reads the words of a "go" from the argument text into limits, then answers from the book or
     // starts the search on its own thread.
     void answerGo(GoLimits limits);

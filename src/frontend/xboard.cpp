@@ -1,8 +1,6 @@
 // The xboard handler's command table, handshake and feature lines, and the commands that set up a game.
 #include "frontend/xboard.h"
 
-#include <cstdlib>
-
 #include "frontend/protocol_log.h"
 #include "frontend/version.h"
 
@@ -80,7 +78,7 @@ void Xboard::go() {
 }
 
 void Xboard::ping() {
-    send("pong %i\n", atoi(nextArg().c_str()));
+    send("pong %i\n", nextNumber());
 }
 
 // "result" and "draw": the game's end and draw offers change nothing here.

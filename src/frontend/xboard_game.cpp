@@ -13,10 +13,6 @@
 
 namespace {
 
-int nextNumber(String& source) {
-    return atoi(String::nextWord(source, " \t").c_str());
-}
-
 // "level" gives the base time as minutes or minutes:seconds.
 int baseTimeMs(const char* text) {
     const int minutes = atoi(text);
@@ -68,30 +64,30 @@ void Xboard::undo() {
 // "level MPS BASE INC": moves per session (0: the whole game), base minutes[:seconds], increment in
 // seconds.
 void Xboard::level() {
-    clock.movesPerSession = nextNumber(args);
+    clock.movesPerSession = nextNumber();
     const String base = nextArg();
     clock.ownMs = clock.opponentMs = baseTimeMs(base.c_str());
-    clock.incrementMs = nextNumber(args) * 1000;
+    clock.incrementMs = nextNumber() * 1000;
     clock.moveTimeMs = -1;
 }
 
 // "st N": N seconds for every move.
 void Xboard::st() {
-    clock.moveTimeMs = nextNumber(args) * 1000;
+    clock.moveTimeMs = nextNumber() * 1000;
 }
 
 // "sd N": think no deeper than N plies.
 void Xboard::sd() {
-    clock.depth = nextNumber(args);
+    clock.depth = nextNumber();
 }
 
 // "time N" and "otim N": the clocks in centiseconds, sent before each move.
 void Xboard::time() {
-    clock.ownMs = nextNumber(args) * 10;
+    clock.ownMs = nextNumber() * 10;
 }
 
 void Xboard::otim() {
-    clock.opponentMs = nextNumber(args) * 10;
+    clock.opponentMs = nextNumber() * 10;
 }
 
 void Xboard::think() {

@@ -48,8 +48,8 @@ TEST(Generators, StagedGeneratorsCoverTheMovesOverThePerftTrees) {
             }
             std::vector<Move> generatedChecks;
             for (Move move : listOf(board, generateChecks))
-                if (makeMove(board, move & ~MOVE_CHECKS)) {
-                    takeBack(board, move & ~MOVE_CHECKS, state);
+                if (makeMove(board, plainMove(move))) {
+                    takeBack(board, plainMove(move), state);
                     generatedChecks.push_back(move);
                 }
             EXPECT_EQ(sorted(generatedChecks), sorted(checks)) << c.fen;

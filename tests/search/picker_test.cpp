@@ -29,7 +29,7 @@ std::vector<Move> allMoves(const std::vector<Batch>& batches) {
     std::vector<Move> moves;
     for (const Batch& b : batches)
         for (Move m : b.moves)
-            if (m != NO_MOVE) moves.push_back(m & ~MOVE_CHECKS);
+            if (m != NO_MOVE) moves.push_back(plainMove(m));
     return moves;
 }
 
@@ -71,7 +71,7 @@ class TreeWalk {
         const bool inCheck = board.inCheck();
         Move* end = inCheck ? generateEvasions(board, list) : generateMoves(board, list);
         std::vector<Move> expected(list, end);
-        for (Move& m : expected) m &= ~MOVE_CHECKS;
+        for (Move& m : expected) m = plainMove(m);
 
         if (inCheck) {
             Picker picker = Picker::evasions(board);
