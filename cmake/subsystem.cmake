@@ -15,8 +15,8 @@ function(kelvra_subsystem name folder)
 endfunction()
 
 # kelvra_tests(name folder): test binary <name>_tests from tests/<folder>/*.cpp, registered with CTest.
-# Tests find their own data, the shared data folder beside the project and the engine binary through
-# compile definitions.
+# Tests find their own data and the shared data folder beside the project through compile definitions;
+# the engine binary they start is built first and named to kelvra_test_engine.
 function(kelvra_tests name folder)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp)
   if(NOT sources)
@@ -27,8 +27,7 @@ function(kelvra_tests name folder)
   target_include_directories(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   target_compile_definitions(${name}_tests PRIVATE
     KELVRA_TEST_DATA_DIR="${CMAKE_SOURCE_DIR}/tests/data"
-    KELVRA_SHARED_DATA_DIR="${CMAKE_SOURCE_DIR}/../shared/data"
-    KELVRA_BINARY="$<TARGET_FILE:kelvra>")
+    KELVRA_SHARED_DATA_DIR="${CMAKE_SOURCE_DIR}/../shared/data")
   add_dependencies(${name}_tests kelvra)
   gtest_discover_tests(${name}_tests DISCOVERY_TIMEOUT 60 PROPERTIES LABELS ${name})
 endfunction()
