@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
+#include <vector>
 
 #include "board/legalmoves.h"
 #include "board/notation.h"
@@ -36,6 +37,11 @@ void sortRootMoves(RootMove* first, RootMove* last) {
     }
 }
 
+// A mate in mateMoves moves or fewer for the side to move; never without a mate limit.
+bool mateFound(int score, int mateMoves) {
+    return mateMoves > 0 && score >= MATE_BOUND && MATE - score <= 2 * mateMoves - 1;
+}
+
 bool stopRequested(SearchThread& thread) {
     if (thread.stop.load(std::memory_order_relaxed)) return true;
     if (!timeControl.outOfTime()) return false;
@@ -45,10 +51,15 @@ bool stopRequested(SearchThread& thread) {
 
 }  // namespace
 
-// Fills the root list with the legal moves, ordered at first by a capture-only quiescence look at each.
+// Fills the root list with the legal moves the request names (all without a choice), ordered at first
+// by a capture-only quiescence look at each.
 void SearchThread::generateRootMoves() {
-    int count = 0;
+    const std::vector<Move>& chosen = driver->request.searchMoves;
+    int count = 0, legal = 0;
     auto add = [&](Move made) {
+        ++legal;
+        const auto same = [&](Move named) { return plainMove(named) == plainMove(made); };
+        if (!chosen.empty() && std::none_of(chosen.begin(), chosen.end(), same)) return;
         RootMove& root = driver->moves[count];
         root.move = made;
         root.score = -quiescence(*this, 1, -MATE, MATE, 0, made);
@@ -63,6 +74,7 @@ void SearchThread::generateRootMoves() {
     };
     forEachLegalMove(board, add, drop);
     driver->count.store(count, std::memory_order_relaxed);
+    driver->legalCount.store(legal, std::memory_order_relaxed);
 }
 
 // The line below the root may end in moves taken from the table without a search of their own; it is
@@ -109,6 +121,7 @@ void SearchThread::search() {
     wakeWorkers(board);
     generateRootMoves();
     const int count = root.count.load(std::memory_order_relaxed);
+    const int places = std::max(1, std::min({root.request.lines, count, MAX_LINES}));
     sortRootMoves(root.moves, root.moves + count);
     log.info("eval=%i\n", evaluate(eval, board));
 
@@ -123,10 +136,15 @@ void SearchThread::search() {
         timeControl.setIteration(iteration);
         probePlyLimit = std::max(2, iteration * 2 / 3);
         minSplitDepth = minimumSplitDepth();
-        searchRoot(iteration);
+        searchRoot(iteration, places);
 
         if (stopRequested(*this)) {
             reason = "stopped\n";
+            break;
+        }
+        if (places > 1) reportLines(iteration, places);
+        if (mateFound(root.bestScore, root.request.mateMoves)) {
+            reason = "mate found\n";
             break;
         }
         if (!timeControl.infinite.load(std::memory_order_relaxed)) {
@@ -134,7 +152,8 @@ void SearchThread::search() {
                 reason = "(optimal)\n";
                 break;
             }
-            if (iteration > 1 && count == 1) {
+            // A search among chosen moves goes on with a single one: the GUI asked for its score.
+            if (iteration > 1 && root.legalCount.load(std::memory_order_relaxed) == 1) {
                 reason = "single move\n";
                 break;
             }
@@ -157,27 +176,59 @@ void SearchThread::search() {
             reason = "depth limit\n";
             break;
         }
-        sortRootMoves(root.moves + 1, root.moves + count);
+        // The lines keep their order; the moves after them are ordered by their trees.
+        sortRootMoves(root.moves + places, root.moves + count);
     }
 
     root.endingReason = reason;
     printLine(*this, root.bestScore, reason);
-    if (SearchListener* listener = root.request.listener)
-        listener->finish(report(iterationDepth(), root.bestScore, bestMove()));
+    if (SearchListener* listener = root.request.listener) {
+        SearchReport last = report(iterationDepth(), root.bestScore, bestMove());
+        if (places > 1) last.multipv = 1;
+        listener->finish(last);
+    }
     stopAllThreads();
     waitForWorkers();
     if (root.request.statistics) logStatistics(*this);
 }
 
-// A new best move, searched with the root position back on the board: its line is checked and
-// printed from the root, and the root's table entry names it.
-void SearchThread::adoptBestMove(int d, int score, Move made) {
-    driver->bestScore = score;
+// A searched root move with an exact score takes its place among the first places of the list: the
+// place below every move that scores at least as much. The move at index was searched with the root
+// position back on the board; its line is checked, and it moves in front of the place it takes, the
+// last place (when the list already holds them all) dropping out. A new best move is reported at once
+// in a one-line search, printed, and named by the root's table entry.
+void SearchThread::takePlace(int d, int index, int places, int score, Move made) {
+    RootDriver& root = *driver;
+    const int last = std::min(index, places - 1);
+    int place = 0;
+    while (place < last && root.moves[place].score >= score) ++place;
+    std::rotate(root.moves + place, root.moves + index, root.moves + index + 1);
     copyLine(*this, 0, made);
     trimRootLine();
-    if (SearchListener* listener = driver->request.listener) listener->reportLine(report(d, score, made));
+    std::copy(pv[0], pv[0] + MAX_PLY, root.lines[last].moves);
+    std::rotate(root.lines + place, root.lines + last, root.lines + last + 1);
+    if (place > 0) {
+        std::copy(root.lines[0].moves, root.lines[0].moves + MAX_PLY, pv[0]);
+        return;
+    }
+    root.bestScore = score;
+    SearchListener* listener = root.request.listener;
+    if (listener && places == 1) listener->reportLine(report(d, score, made));
     printLine(*this, score, nullptr);
     storeEntry(*this, 0, plainMove(made), score, d, TT_LOWER);
+}
+
+// The lines of a search for several, best first, once the iteration has found them all.
+void SearchThread::reportLines(int d, int places) {
+    SearchListener* listener = driver->request.listener;
+    if (!listener) return;
+    for (int i = 0; i < places; ++i) {
+        const RootMove& root = driver->moves[i];
+        SearchReport line = report(d, root.score, root.move);
+        line.line = driver->lines[i].moves;
+        line.multipv = i + 1;
+        listener->reportLine(line);
+    }
 }
 
 // Before the first iteration the moves are ordered by their quiescence score. After each iteration
@@ -189,41 +240,46 @@ void SearchThread::recordTreeSize(RootMove& searched, uint64_t nodesBefore, int 
     searched.score = score;
 }
 
-// One iteration: the first move with the full window, the others with a null window around the best
-// score, re-searched in full when they fail high.
-void SearchThread::searchRoot(int d) {
+// One iteration: the moves of the first places each with the full window, for their exact scores; the
+// others with a null window around the score of the last place, re-searched in full when they fail
+// high. With one place this is a principal variation search of the root.
+void SearchThread::searchRoot(int d, int places) {
     RootDriver& root = *driver;
     const int count = root.count.load(std::memory_order_relaxed);
     const SavedState saved = saveState(board);
-
-    // The first move sets the score to beat.
-    Move made = makeMove(board, root.moves[0].move);
     SearchListener* listener = root.request.listener;
-    if (listener) listener->reportMove(report(d, root.bestScore, bestMove()), 0, made);
-    uint64_t before = totalNodes();
-    int score = -alphaBeta(*this, 1, -MATE, MATE, d - 1, made, NODE_PV);
-    takeBack(board, made, saved);
-    if (stopRequested(*this)) return;
-    recordTreeSize(root.moves[0], before, score);
-    adoptBestMove(d, score, made);
-    timeControl.checkScoreDrop(score);
 
-    // The others must prove they are better.
-    for (int i = 1; i < count; ++i) {
-        if (stopRequested(*this)) return;
-        made = makeMove(board, root.moves[i].move);
+    // The first places: the first move sets the score to beat.
+    for (int i = 0; i < places; ++i) {
+        if (i > 0 && stopRequested(*this)) return;
+        const Move made = makeMove(board, root.moves[i].move);
         if (listener) listener->reportMove(report(d, root.bestScore, bestMove()), i, made);
-        before = totalNodes();
+        const uint64_t before = totalNodes();
+        const int score = -alphaBeta(*this, 1, -MATE, MATE, d - 1, made, NODE_PV);
+        takeBack(board, made, saved);
+        if (i == 0 ? stopRequested(*this) : stop.load(std::memory_order_relaxed)) return;
+        recordTreeSize(root.moves[i], before, score);
+        takePlace(d, i, places, score, made);
+        if (i == 0) timeControl.checkScoreDrop(score);
+    }
+
+    // The others must prove they are better than the last place.
+    for (int i = places; i < count; ++i) {
+        if (stopRequested(*this)) return;
+        const int bound = root.moves[places - 1].score;
+        const Move made = makeMove(board, root.moves[i].move);
+        if (listener) listener->reportMove(report(d, root.bestScore, bestMove()), i, made);
+        const uint64_t before = totalNodes();
         bool confirmed = false;
-        score = -alphaBeta(*this, 1, -root.bestScore - 1, -root.bestScore, d - 1, made, NODE_CUT);
-        if (score > root.bestScore && !stop.load(std::memory_order_relaxed)) {
+        int score = -alphaBeta(*this, 1, -bound - 1, -bound, d - 1, made, NODE_CUT);
+        if (score > bound && !stop.load(std::memory_order_relaxed)) {
             timeControl.enterFailHighPhase();
             char mark[32];
             std::snprintf(mark, sizeof mark, "++%i/%i", i + 1, count);
             printMove(*this, score, made, mark);
-            score = -alphaBeta(*this, 1, -MATE, -root.bestScore, d - 1, made, NODE_PV);
+            score = -alphaBeta(*this, 1, -MATE, -bound, d - 1, made, NODE_PV);
             if (!stop.load(std::memory_order_relaxed)) {
-                confirmed = score > root.bestScore;
+                confirmed = score > bound;
                 if (!confirmed) printMove(*this, score, made, "--");
             }
             timeControl.leaveFailHighPhase();
@@ -231,9 +287,6 @@ void SearchThread::searchRoot(int d) {
         takeBack(board, made, saved);
         if (stop.load(std::memory_order_relaxed)) return;
         recordTreeSize(root.moves[i], before, score);
-        if (confirmed) {
-            std::rotate(root.moves, root.moves + i, root.moves + i + 1);
-            adoptBestMove(d, score, made);
-        }
+        if (confirmed) takePlace(d, i, places, score, made);
     }
 }

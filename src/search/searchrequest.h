@@ -5,6 +5,7 @@
 #pragma once
 
 #include <optional>
+#include <vector>
 
 #include "board/board.h"
 #include "search/timecontrol.h"
@@ -14,6 +15,9 @@ class SearchListener;
 struct SearchRequest {
     Board board{};                     // the position to search
     int maxDepth = 0;                  // 0: no limit
+    int lines = 1;                     // best root moves each iteration finds with exact scores
+    std::vector<Move> searchMoves;     // the root moves to search; empty: every legal move
+    int mateMoves = 0;                 // a mate in this many moves or fewer ends the search; 0: none
     bool infinite = false;             // analysis and pondering: no time limit until ponderhit
     std::optional<ClockLimits> clock;  // none: the limits of the last search stand
     SearchListener* listener = nullptr;

@@ -76,6 +76,7 @@ void SearchThread::startSearch(const SearchRequest& asked, bool synchronous) {
     // What ponderhit reads must not be left over from the last search.
     root.depth.store(0, std::memory_order_relaxed);
     root.count.store(0, std::memory_order_relaxed);
+    root.legalCount.store(0, std::memory_order_relaxed);
     root.idle.reset();
     if (synchronous) {
         search();
@@ -86,7 +87,7 @@ void SearchThread::startSearch(const SearchRequest& asked, bool synchronous) {
 }
 
 void SearchThread::ponderhit() {
-    if (driver->count.load(std::memory_order_relaxed) == 1 && iterationDepth() > 2) {
+    if (driver->legalCount.load(std::memory_order_relaxed) == 1 && iterationDepth() > 2) {
         Log().info("ponderhit & single move!\n");
         stopSearch();
         return;

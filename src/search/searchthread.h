@@ -22,6 +22,8 @@
 #include "search/stats.h"
 
 constexpr int MAX_THREADS = 8;
+// The most principal variations one search reports.
+constexpr int MAX_LINES = 64;
 // Fewer threads than this in use makes every node too shallow to split.
 constexpr int NO_SPLIT_DEPTH = 128;
 
@@ -33,9 +35,10 @@ struct SearchReport {
     Move best = NO_MOVE;         // the first move of the line; the move to play at the end
     Move ponder = NO_MOVE;       // the reply the line expects, when it holds one
     const Move* line = nullptr;  // the principal variation, ended by a 0 word; kept until the next search
-    uint64_t nodes = 0;          // of all threads, interior plus quiescence
-    uint32_t ms = 0;             // since the search started
-    unsigned hashfull = 0;       // per mille of the table taken over in this search
+    int multipv = 0;        // the line's place from 1 in a search for several lines; 0 in a one-line search
+    uint64_t nodes = 0;     // of all threads, interior plus quiescence
+    uint32_t ms = 0;        // since the search started
+    unsigned hashfull = 0;  // per mille of the table taken over in this search
 };
 
 // How a protocol hears of a running search. All calls come on the search thread.
@@ -54,7 +57,12 @@ struct RootMove {
     Move move;
     int32_t key;           // primary ordering key, higher first: see recordTreeSize
     int32_t secondaryKey;  // breaks ties of the primary key
-    int32_t score;         // from its last search: exact for the best move, a bound for the others
+    int32_t score;         // from its last search: exact for the moves of the lines, a bound for the others
+};
+
+// A principal variation from the root, ended by a 0 word.
+struct RootLine {
+    Move moves[MAX_PLY];
 };
 
 // What only the search thread (slot 0) keeps to drive a search: its thread's events, the request it
@@ -66,8 +74,10 @@ struct RootDriver {
     std::atomic<bool> booted{false};
     SearchRequest request;  // of the running or the last search
     RootMove moves[MAX_MOVES];
-    std::atomic<int> count{0};
-    std::atomic<int> depth{0};  // the iteration being searched; ponderhit reads both from the protocol
+    std::atomic<int> count{0};       // after the request's choice of moves
+    std::atomic<int> legalCount{0};  // every legal move of the root
+    RootLine lines[MAX_LINES];       // of the first places of the list, best first
+    std::atomic<int> depth{0};       // the iteration being searched; ponderhit reads it and legalCount
     int bestScore = 0;
     const char* endingReason = "";  // why the last search ended: "stopped\n", "(optimal)\n", ...
     uint64_t previousIterationNodes = 0;
@@ -136,8 +146,9 @@ struct SearchThread {
     void threadBody();
     void generateRootMoves();
     int startDepth();
-    void searchRoot(int depth);
-    void adoptBestMove(int depth, int score, Move made);
+    void searchRoot(int depth, int places);
+    void takePlace(int depth, int index, int places, int score, Move made);
+    void reportLines(int depth, int places);
     void recordTreeSize(RootMove& searched, uint64_t nodesBefore, int score);
     void trimRootLine();
 };
