@@ -38,7 +38,7 @@ void TimeControl::allocate(const ClockLimits& clock) {
         setMoveTime(clock.moveTimeMs);
     } else if (clock.clockMs >= 0) {
         log.info("got wb moves/millis=%i/%i\n", clock.movesToGo, clock.clockMs);
-        setClock(clock.movesToGo, usableClock(clock.clockMs), clock.incMs);
+        setClock(clock.movesToGo, usableClock(clock.clockMs, clock.overheadMs), clock.incMs);
     } else {
         // Depth, an infinite search or the last limits end this one.
         log.warning("NO TIME CALCULATED\n");

@@ -10,6 +10,9 @@
 #include <atomic>
 #include <cstdint>
 
+// What the protocol holds back from the clock by default, in milliseconds.
+constexpr int DEFAULT_OVERHEAD_MS = 3000;
+
 // The clock of one search as the protocol read it, before the allocation.
 struct ClockLimits {
     int clockMs = -1;     // the side to move's clock; -1: none given
@@ -17,14 +20,15 @@ struct ClockLimits {
     int movesToGo = 0;    // 0: the rest of the game
     int moveTimeMs = -1;  // a fixed time for this move, which the clock then does not count; -1: none
     int outOfBook = 0;    // own moves since the game left the book; 0: unknown or still in book
+    int overheadMs = DEFAULT_OVERHEAD_MS;  // held back from the clock for the way to and from the GUI
 };
 
-// The clock handed to the allocation for t milliseconds left: a fixed reserve of three seconds off a
-// long clock, half of a short one. Never more than half: the allocation adds the increment on top,
-// and an engine that may spend its whole clock each move bleeds it to nothing and then loses on time
-// to the first delay between the GUI and the engine.
-constexpr int usableClock(int t) {
-    return t > 6000 ? t - 3000 : t / 2;
+// The clock handed to the allocation for t milliseconds left: the overhead off a clock above twice
+// the overhead, half of a shorter one, but at least 100. Never more than half of a short clock: the
+// allocation adds the increment on top, and an engine that may spend its whole clock each move bleeds
+// it to nothing and then loses on time to the first delay between the GUI and the engine.
+constexpr int usableClock(int t, int overheadMs = DEFAULT_OVERHEAD_MS) {
+    return t > 2 * overheadMs ? t - overheadMs : t / 2 > 100 ? t / 2 : 100;
 }
 
 class TimeControl {
