@@ -63,6 +63,7 @@ bool EGBB::load(const char* directory) {
     loadEntry = nullptr;
     probeEntry = nullptr;
     loaded = false;
+    initialised = false;
     men = 0;
     path = directory && *directory ? directory : "egbb";
 #ifndef _WIN32
@@ -87,6 +88,14 @@ bool EGBB::load(const char* directory) {
     men = 5;
     loaded = true;
     return true;
+}
+
+void EGBB::turnOff() {
+    loadEntry = nullptr;
+    probeEntry = nullptr;
+    loaded = false;
+    initialised = false;
+    men = 0;
 }
 
 bool EGBB::init(int cacheMb) {

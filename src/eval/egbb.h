@@ -11,8 +11,12 @@ class EGBB {
     // points were found.
     bool load(const char* directory);
     // Hands the library its directory and cache (at least 16 MB) and finds out which sets it has by
-    // probing three test positions; prints the result. Runs once; later calls return whether it loaded.
+    // probing three test positions; prints the result. Runs once per load; later calls return whether
+    // it loaded.
     bool init(int cacheMb);
+    // No more probes until the next load. The library stays mapped: a search that has just ended may
+    // still be on its way out of a probe.
+    void turnOff();
     // Fills score (side to move's view) and returns true when the library knows the position. Only
     // positions with at most maxMen - 2 pieces and pawns are probed.
     bool probe(const Board& board, int& score) const;

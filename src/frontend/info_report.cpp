@@ -24,6 +24,10 @@ std::string infoLineText(const SearchReport& report, const char* clockFields) {
     snprintf(field, sizeof field, "info depth %u seldepth %u", unsigned(report.depth),
              unsigned(report.seldepth));
     line += field;
+    if (report.multipv > 0) {
+        snprintf(field, sizeof field, " multipv %i", report.multipv);
+        line += field;
+    }
     uciScoreText(field, report.score);
     line += field;
     line += clockFields;

@@ -23,22 +23,6 @@ int number(const String& value) {
     return static_cast<int>(std::clamp<long>(parsed, INT_MIN, INT_MAX));
 }
 
-void openBook(const IniFile& ini) {
-    String path = ini.get("book.file");
-    if (path.empty()) return;
-    if (book.open(path.c_str()))
-        printf("book found: %s, %u positions\n", path.c_str(), book.records());
-    else
-        printf("could not read book file: %s\n", path.c_str());
-}
-
-void openBitbases(const IniFile& ini) {
-    String directory = ini.get("egbb.dir");
-    if (directory.empty()) return;
-    String cache = ini.get("egbb.cachemb");
-    if (egbb.load(directory.c_str())) egbb.init(cache.empty() ? 16 : number(cache));
-}
-
 void sizeTt(const IniFile& ini) {
     // Without the key the table keeps the size it was allocated with at start-up.
     String megabytes = ini.get("tt.cachemb");
@@ -65,11 +49,30 @@ void startSearchThreads(const IniFile& ini) {
 
 }  // namespace
 
+void openBookFile(const String& path) {
+    if (path.empty()) {
+        book.close();
+        return;
+    }
+    if (book.open(path.c_str()))
+        printf("book found: %s, %u positions\n", path.c_str(), book.records());
+    else
+        printf("could not read book file: %s\n", path.c_str());
+}
+
+void openBitbases(const String& directory, const String& cacheMb) {
+    if (directory.empty()) {
+        egbb.turnOff();
+        return;
+    }
+    if (egbb.load(directory.c_str())) egbb.init(cacheMb.empty() ? 16 : number(cacheMb));
+}
+
 bool setOptions(const IniFile& ini) {
-    openBook(ini);
+    openBookFile(ini.get("book.file"));
     uci.trace = number(ini.get("uci.trace")) > 0;
     uci.logDir = ini.get("uci.logdir");
-    openBitbases(ini);
+    openBitbases(ini.get("egbb.dir"), ini.get("egbb.cachemb"));
     sizeTt(ini);
     machineMhz = static_cast<unsigned>(number(ini.get("machine.mhz")));
     startSearchThreads(ini);

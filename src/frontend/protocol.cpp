@@ -13,10 +13,13 @@ const char* const STATUS_NAMES[] = {"_idle_", "pos", "search", "ponder"};
 
 // The clock of the side to move on the game board. The first moves after the book get more time:
 // the table holds nothing yet to build on.
-ClockLimits clockLimits(const GoLimits& limits, uint32_t outOfBookPly) {
+ClockLimits clockLimits(const GoLimits& limits, uint32_t outOfBookPly, int overheadMs) {
     const bool white = gameBoard.sideToMove == 0;
-    ClockLimits clock{white ? limits.wtime : limits.btime, white ? limits.winc : limits.binc,
-                      limits.movesToGo, limits.movetime, 0};
+    ClockLimits clock{.clockMs = white ? limits.wtime : limits.btime,
+                      .incMs = white ? limits.winc : limits.binc,
+                      .movesToGo = limits.movesToGo,
+                      .moveTimeMs = limits.movetime,
+                      .overheadMs = overheadMs};
     const uint32_t p = outOfBookPly;
     if (p != 0 && gameBoard.gamePly() + 1 >= p) clock.outOfBook = int((gameBoard.gamePly() + 1 - p) >> 1) + 1;
     return clock;
@@ -94,32 +97,12 @@ bool Protocol::playBookMove() {
     return false;
 }
 
-void Protocol::answerGo(GoLimits limits) {
-    // The words, in order; unknown ones are skipped.
-    const struct {
-        const char* word;
-        int* value;
-    } numbers[] = {{"wtime", &limits.wtime},        {"btime", &limits.btime}, {"winc", &limits.winc},
-                   {"binc", &limits.binc},          {"depth", &limits.depth}, {"movetime", &limits.movetime},
-                   {"movestogo", &limits.movesToGo}};
-    for (String word = nextArg(); !word.empty() || !args.empty(); word = nextArg()) {
-        if (word == "infinite") {
-            limits.infinite = true;
-        } else if (word == "ponder") {
-            log.info("START pondering\n");
-            limits.infinite = true;
-            limits.ponder = true;
-        } else if (word == "nodes") {
-            nextArg();  // the search knows no node limit
-        } else {
-            for (const auto& number : numbers)
-                if (word == number.word) *number.value = nextNumber();
-        }
-    }
+void Protocol::startGo(const GoLimits& limits) {
+    if (limits.ponder) log.info("START pondering\n");
 
     // The book. A ponder search must not answer before the engine is to move, so it searches even on
     // a book position; the book is asked again when the engine itself is to move.
-    if (!limits.ponder && playBookMove()) return;
+    if (!limits.ponder && limits.searchMoves.empty() && playBookMove()) return;
 
     // The status; a search out of turn still runs.
     const int old = exchangeStatus(limits.ponder ? PONDER : SEARCHING);
@@ -132,7 +115,10 @@ void Protocol::answerGo(GoLimits limits) {
     request.board = gameBoard;
     request.maxDepth = limits.depth;
     request.infinite = limits.infinite;
-    request.clock = clockLimits(limits, outOfBookPly);
+    request.lines = lines;
+    request.searchMoves = limits.searchMoves;
+    request.mateMoves = limits.mate;
+    request.clock = clockLimits(limits, outOfBookPly, overheadMs);
     request.listener = this;
     reported = Reported();
     searchThread.startSearch(request, false);
@@ -154,8 +140,11 @@ void Protocol::printInfoLine(const SearchReport& report) {
     fflush(out);
 }
 
+// The lines of a search for several come all together once per iteration, and each is printed.
 void Protocol::reportLine(const SearchReport& report) {
-    if (reported.lineDue(report.depth, report.score, report.best, report.ms)) printInfoLine(report);
+    const bool due =
+        report.multipv > 1 || reported.lineDue(report.depth, report.score, report.best, report.ms);
+    if (due || report.multipv > 0) printInfoLine(report);
 }
 
 void Protocol::reportMove(const SearchReport& report, int moveIndex, Move move) {

@@ -21,6 +21,7 @@
 #include <string>
 
 #include "board/move.h"
+#include "frontend/go_limits.h"
 #include "frontend/info_report.h"
 #include "frontend/util/log.h"
 #include "frontend/util/string.h"
@@ -38,19 +39,6 @@ struct ProtocolDialect {
     bool idleDropsAnswer;        // a search that ends with the status IDLE was called off: no answer
 };
 
-// The limits of a "go" as its words give them; -1 where a time was not given.
-struct GoLimits {
-    int wtime = -1;
-    int btime = -1;
-    int winc = 0;
-    int binc = 0;
-    int depth = 0;
-    int movesToGo = 0;
-    int movetime = -1;
-    bool infinite = false;
-    bool ponder = false;
-};
-
 class Protocol : public SearchListener {
   public:
     Protocol(FILE* output, const ProtocolDialect& texts) : out(output), dialect(texts) {}
@@ -59,9 +47,11 @@ class Protocol : public SearchListener {
     void reportLine(const SearchReport& report) override;
     void reportMove(const SearchReport& report, int moveIndex, Move move) override;
 
-    String logDir;        // directory for the protocol logs; empty: no log file
-    uint8_t ownBook = 1;  // consult the book before searching
-    uint8_t trace = 0;    // echo trace messages to the GUI
+    String logDir;                         // directory for the protocol logs; empty: no log file
+    uint8_t ownBook = 1;                   // consult the book before searching
+    uint8_t trace = 0;                     // echo trace messages to the GUI
+    int lines = 1;                         // principal variations a search reports (MultiPV)
+    int overheadMs = DEFAULT_OVERHEAD_MS;  // held back from the clock (Move Overhead)
 
   protected:
     template <class Handler>
@@ -82,9 +72,9 @@ class Protocol : public SearchListener {
     // The next word of the argument text, and that word read as a number (as atoi reads it).
     String nextArg();
     int nextNumber();
-    // Reads the words of a "go" from the argument text into limits, then answers from the book or
-    // starts the search on its own thread.
-    void answerGo(GoLimits limits);
+    // Answers a "go" with these limits from the book, or starts the search on its own thread. The book
+    // is not asked for a ponder search nor for one among chosen moves.
+    void startGo(const GoLimits& limits);
     // The book is consulted again at the next "go": a new game.
     void reopenBook() {
         outOfBookPly = 0;

@@ -34,8 +34,8 @@ class Uci : public Protocol {
     void stop();
     [[noreturn]] void quit();
 
-    // The word after the next "value".
-    String valueArg();
+    // The option lines of the handshake.
+    void writeOptionLines();
     // Stops a running search and waits for the search thread to be idle again.
     void stopSearch();
 

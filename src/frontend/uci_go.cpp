@@ -17,7 +17,7 @@ void Uci::go() {
     }
     if (current == SEARCHING || current == PONDER) stopSearch();
     searchThread.waitIdle();
-    answerGo(GoLimits());
+    startGo(readGoWords(args, gameBoard));
 }
 
 void Uci::ponderhit() {

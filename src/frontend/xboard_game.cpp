@@ -104,7 +104,7 @@ void Xboard::think() {
     limits.movetime = clock.moveTimeMs;
     if (clock.movesPerSession > 0)
         limits.movesToGo = clock.movesPerSession - int(gameBoard.gamePly() / 2) % clock.movesPerSession;
-    answerGo(limits);
+    startGo(limits);
 }
 
 void Xboard::callOffSearch() {

@@ -69,4 +69,22 @@ TEST(UciBook, ConsultedUntilTheFirstSearchOutOfBookAndAgainInANewGame) {
     EXPECT_TRUE(searched(out)) << out;
 }
 
+// The book file set by the GUI is opened at once with the start-up message, and an empty one closes
+// the book; a search among chosen moves never asks the book.
+TEST(UciBook, BookFileOptionOpensTheBookAtOnce) {
+    const std::string path = writeBook(scratchDirectory("uci_book_option_file"));
+    UciSession session("uci_book_option");
+    std::string out = session.settle("setoption name BookFile value " + path + "\n");
+    EXPECT_NE(out.find("book found: " + path + ", 3 positions\n"), std::string::npos) << out;
+    out = session.exchange("position startpos\ngo searchmoves d2d4 depth 2\n", "bestmove ");
+    EXPECT_TRUE(searched(out)) << out;
+    EXPECT_NE(out.find("bestmove d2d4"), std::string::npos) << out;
+    out = session.exchange("go depth 2\n", "bestmove ");
+    EXPECT_EQ(out, "bestmove e2e4\n");
+
+    session.settle("setoption name BookFile value <empty>\nucinewgame\n");
+    out = session.exchange("position startpos\ngo depth 1\n", "bestmove ");
+    EXPECT_TRUE(searched(out)) << out;
+}
+
 }  // namespace

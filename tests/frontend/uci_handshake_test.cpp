@@ -22,6 +22,11 @@ TEST(UciHandshake, AnswersWithIdentityOptionsAndUciok) {
               "option name Threads         type spin default 1 min 1 max 8\n"
               "option name UCI_Opponent    type string\n"
               "option name UCI_EngineAbout type string default Kelvra by the Kelvra developers\n"
+              "option name Clear Hash      type button\n"
+              "option name MultiPV         type spin default 1 min 1 max 64\n"
+              "option name Move Overhead   type spin default 3000 min 0 max 5000\n"
+              "option name BookFile        type string default <empty>\n"
+              "option name Bitbases Path   type string default <empty>\n"
               "uciok\n");
     // The error stream now goes to the error log in the working directory.
     EXPECT_TRUE(fs::exists(session.directory + "/kelvra-0.3a-error.log"));
@@ -59,7 +64,7 @@ TEST(UciOptions, TableOptionsWaitForTheEndOfASearch) {
     EXPECT_EQ(countOf(out, "bestmove "), 1u) << out;
     const std::string log = session.logText();
     EXPECT_NE(log.find("setoption Hash during a search ignored\n"), std::string::npos) << log;
-    EXPECT_NE(log.find("setoption Clear during a search ignored\n"), std::string::npos) << log;
+    EXPECT_NE(log.find("setoption Clear Hash during a search ignored\n"), std::string::npos) << log;
     EXPECT_EQ(log.find("resizing hash to 8Mb"), std::string::npos) << log;
 }
 
