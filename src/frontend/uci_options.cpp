@@ -23,7 +23,7 @@ struct UciOption {
     std::string (*defaultValue)();  // null: the line names no default
     int min, max;                   // of a spin
     bool waitsForSearch;            // what it changes is read by a running search: refused during one
-    // Takes the text after "value" (may be empty).
+    // Takes the text after "value" (may be empty); null: the option cannot be set.
     void (*apply)(Uci& uci, String value);
 };
 
@@ -90,8 +90,9 @@ const UciOption OPTIONS[] = {
          Log().info("Opponent=%s %s, %s, elo=%i\n", title.c_str(), value.c_str(), kind.c_str(),
                     atoi(elo.c_str()));
      }},
+    // Shown by the GUI; nothing to set.
     {"UCI_EngineAbout", "string", [] { return std::string(ENGINE_NAME) + " by " + ENGINE_AUTHOR; }, 0, 0,
-     false, [](Uci&, String) {}},
+     false, nullptr},
     // Empties the table.
     {"Clear Hash", "button", nullptr, 0, 0, true,
      [](Uci&, String) {
@@ -145,7 +146,7 @@ void Uci::setoption() {
 
     const auto named = [&](const UciOption& option) { return name == option.name; };
     const UciOption* option = std::find_if(std::begin(OPTIONS), std::end(OPTIONS), named);
-    if (option == std::end(OPTIONS)) {
+    if (option == std::end(OPTIONS) || !option->apply) {
         log.info("Option not supported: %s\n", name.c_str());
         return;
     }

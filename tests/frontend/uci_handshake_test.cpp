@@ -66,6 +66,12 @@ TEST(UciOptions, TableOptionsWaitForTheEndOfASearch) {
     EXPECT_NE(log.find("setoption Hash during a search ignored\n"), std::string::npos) << log;
     EXPECT_NE(log.find("setoption Clear Hash during a search ignored\n"), std::string::npos) << log;
     EXPECT_EQ(log.find("resizing hash to 8Mb"), std::string::npos) << log;
+
+    // Names of several words; an option that is only shown cannot be set.
+    session.settle("setoption name Move Overhead value 100\nsetoption name UCI_EngineAbout value x\n");
+    const std::string later = session.logText();
+    EXPECT_NE(later.find("move overhead=100ms\n"), std::string::npos) << later;
+    EXPECT_NE(later.find("Option not supported: UCI_EngineAbout\n"), std::string::npos) << later;
 }
 
 }  // namespace
