@@ -22,9 +22,9 @@ void moveToText(const Board& board, char* text, Move move) {
         strcpy(text, to > from ? "o-o" : "o-o-o");
         return;
     }
-    // The piece letter; the from-square is empty once the move has been made. A promotion
-    // or en-passant capture is always a pawn's, whatever stands on the to-square afterwards.
-    if (!(move & (MOVE_PROMOTION | MOVE_EN_PASSANT)) && onBoard(from)) {
+    // The piece letter; the from-square is empty once the move has been made, and the piece that
+    // arrived names the move then: a promotion shows its new piece.
+    if (onBoard(from)) {
         uint8_t slot = board.at(from);
         if (slot == EMPTY) slot = board.at(to);
         const uint8_t code = pieceCode[slot];
