@@ -120,11 +120,10 @@ bool fits(const Board& board, const MoveText& m, Move move) {
         const char letter = static_cast<char>(PIECE_LETTERS[kindOfCode(pieceCode[board.at(from)])] & ~32);
         if (letter != m.piece) return false;
     }
+    // A promotion letter chooses among promotions only; a person may type e2e4q and mean e2e4.
     if (promotionKind(move)) {
         const char kind = static_cast<char>(PIECE_LETTERS[promotionKind(move)] & ~32);
         if (kind != (m.promotion ? m.promotion : 'Q')) return false;
-    } else if (m.promotion) {
-        return false;
     }
     return (m.toFile < 0 || m.toFile == fileOf(to)) && (m.toRank < 0 || m.toRank == rankOf(to)) &&
            (m.fromFile < 0 || m.fromFile == fileOf(from)) && (m.fromRank < 0 || m.fromRank == rankOf(from));
