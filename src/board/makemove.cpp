@@ -9,8 +9,11 @@
 namespace {
 
 // Whether the first piece met walking from `king` through `square` is a slider of the colour with
-// `colourBitOfSlider` that moves along that line.
-bool sliderBehind(const Board& board, int king, int square, uint8_t colourBitOfSlider) {
+// `colourBitOfSlider` that moves along that line. Inlined by force, like movePiece: with play compiled
+// twice (with and without check bits) the compiler stops inlining them, and a call for every move made
+// costs more than the copies.
+[[gnu::always_inline]] inline bool sliderBehind(const Board& board, int king, int square,
+                                                uint8_t colourBitOfSlider) {
     const int step = direction[square - king];
     if (!step) return false;
     int s = king + step;
@@ -36,7 +39,7 @@ Move checkBits(const Board& board, Move move, int from, int to) {
     return bits;
 }
 
-void movePiece(Board& board, int from, int to) {
+[[gnu::always_inline]] inline void movePiece(Board& board, int from, int to) {
     const uint8_t slot = board.at(from);
     board.at(from) = EMPTY;
     board.at(to) = slot;
@@ -67,6 +70,13 @@ Move refuse(Board& board) {
     return NO_MOVE;
 }
 
+// The move as returned: its check bits worked out, or cleared for a leaf.
+template <bool CHECKS>
+Move withCheckBits(const Board& board, Move move, int from, int to) {
+    return (move & ~MOVE_CHECKS) | (CHECKS ? checkBits(board, move, from, to) : 0);
+}
+
+template <bool CHECKS>
 Move makeEnPassant(Board& board, Move move, int from, int to) {
     const int side = static_cast<int>(board.sideToMove);
     const int taken = to ^ 16;
@@ -97,9 +107,10 @@ Move makeEnPassant(Board& board, Move move, int from, int to) {
     movePiece(board, from, to);
     board.lastIrreversible = static_cast<uint16_t>(board.ply);
     board.sideToMove ^= 1;
-    return (move & ~MOVE_CHECKS) | checkBits(board, move, from, to);
+    return withCheckBits<CHECKS>(board, move, from, to);
 }
 
+template <bool CHECKS>
 Move makeCastling(Board& board, Move move, int from, int to) {
     const int side = static_cast<int>(board.sideToMove);
     const int passed = (from + to) / 2;
@@ -109,9 +120,10 @@ Move makeCastling(Board& board, Move move, int from, int to) {
     movePiece(board, rookCorner(passed), passed);
     clearEpSquare(board);
     board.sideToMove ^= 1;
-    return (move & ~MOVE_CHECKS) | checkBits(board, move, from, to);
+    return withCheckBits<CHECKS>(board, move, from, to);
 }
 
+template <bool CHECKS>
 Move play(Board& board, Move move) {
     // The history has a fixed size; a line that would run past it is refused.
     if (board.ply >= MAX_PLY_HISTORY) return NO_MOVE;
@@ -120,8 +132,8 @@ Move play(Board& board, Move move) {
     board.ply += 1;
     const int from = moveFrom(move);
     const int to = moveTo(move);
-    if (move & MOVE_EN_PASSANT) return makeEnPassant(board, move, from, to);
-    if (move & MOVE_CASTLING) return makeCastling(board, move, from, to);
+    if (move & MOVE_EN_PASSANT) return makeEnPassant<CHECKS>(board, move, from, to);
+    if (move & MOVE_CASTLING) return makeCastling<CHECKS>(board, move, from, to);
 
     const int side = static_cast<int>(board.sideToMove);
     const int promotion = promotionKind(move);
@@ -178,16 +190,25 @@ Move play(Board& board, Move move) {
         movePiece(board, from, to);
     }
     board.sideToMove ^= 1;
-    return (move & ~MOVE_CHECKS) | checkBits(board, move, from, to);
+    return withCheckBits<CHECKS>(board, move, from, to);
+}
+
+template <bool CHECKS>
+Move playAndRecord(Board& board, Move move) {
+    const Move made = play<CHECKS>(board, move);
+    if (made) board.lastMove = made;
+    assert(board.check("make"));
+    return made;
 }
 
 }  // namespace
 
 Move makeMove(Board& board, Move move) {
-    const Move made = play(board, move);
-    if (made) board.lastMove = made;
-    assert(board.check("make"));
-    return made;
+    return playAndRecord<true>(board, move);
+}
+
+Move makeLeafMove(Board& board, Move move) {
+    return playAndRecord<false>(board, move);
 }
 
 void unmakeMove(Board& board, Move move) {

@@ -54,6 +54,9 @@ inline uint64_t pawnKeyAfter(const Board& board, Move move) {
 // Plays a generated move. Returns 0 when it is illegal (the board is then unchanged), else the move
 // with its check bits for the side now to move, which also becomes lastMove.
 Move makeMove(Board& board, Move move);
+// makeMove without the check bits (the move returned and lastMove carry none): for a position that is
+// only counted and taken back, with nothing generated from it.
+Move makeLeafMove(Board& board, Move move);
 // Puts back the squares, lists and material of a special move (promotion, en passant, castling).
 void unmakeMove(Board& board, Move move);
 

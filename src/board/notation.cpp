@@ -22,9 +22,9 @@ void moveToText(const Board& board, char* text, Move move) {
         strcpy(text, to > from ? "o-o" : "o-o-o");
         return;
     }
-    // The piece letter; the from-square is empty once the move has been made. A promotion
-    // or en-passant capture is always a pawn's, whatever stands on the to-square afterwards.
-    if (!(move & (MOVE_PROMOTION | MOVE_EN_PASSANT)) && onBoard(from)) {
+    // The piece letter; the from-square is empty once the move has been made, and the piece that
+    // arrived names the move then: a promotion shows its new piece.
+    if (onBoard(from)) {
         uint8_t slot = board.at(from);
         if (slot == EMPTY) slot = board.at(to);
         const uint8_t code = pieceCode[slot];
@@ -120,11 +120,10 @@ bool fits(const Board& board, const MoveText& m, Move move) {
         const char letter = static_cast<char>(PIECE_LETTERS[kindOfCode(pieceCode[board.at(from)])] & ~32);
         if (letter != m.piece) return false;
     }
+    // A promotion letter chooses among promotions only; a person may type e2e4q and mean e2e4.
     if (promotionKind(move)) {
         const char kind = static_cast<char>(PIECE_LETTERS[promotionKind(move)] & ~32);
         if (kind != (m.promotion ? m.promotion : 'Q')) return false;
-    } else if (m.promotion) {
-        return false;
     }
     return (m.toFile < 0 || m.toFile == fileOf(to)) && (m.toRank < 0 || m.toRank == rankOf(to)) &&
            (m.fromFile < 0 || m.fromFile == fileOf(from)) && (m.fromRank < 0 || m.fromRank == rankOf(from));

@@ -13,7 +13,8 @@ uint64_t perft(Board& board, int depth, Move lastMove) {
     const SavedState saved = saveState(board);
     uint64_t count = 0;
     for (Move* move = moves; move != end; ++move) {
-        const Move made = makeMove(board, *move);
+        // The last ply's positions are only counted, so their check bits are not worked out.
+        const Move made = depth > 1 ? makeMove(board, *move) : makeLeafMove(board, *move);
         if (!made) continue;
         count += depth > 1 ? perft(board, depth - 1, made) : 1;
         takeBack(board, *move, saved);

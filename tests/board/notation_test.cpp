@@ -32,7 +32,9 @@ TEST(IsMove, PromotionLetters) {
     // b is a file, not a bishop, in bxc6; B is the bishop.
     EXPECT_EQ(read(board, "bxc6").first, makeMoveWord(0x41, 0x52, board.at(0x52)));
     EXPECT_EQ(moveFrom(read(board, "Bxc6").first), 0x34);
-    EXPECT_EQ(read(board, "e4").first, NO_MOVE);  // a promotion letter on a move that cannot promote
+    // A promotion letter only chooses among promotions: on a move that cannot promote it is passed over.
+    EXPECT_EQ(read(board, "b5b6q").first, makeMoveWord(0x41, 0x51));
+    EXPECT_EQ(read(board, "b6n").first, makeMoveWord(0x41, 0x51));
 }
 
 TEST(IsMove, PiecesFilesAndAmbiguity) {

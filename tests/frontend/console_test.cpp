@@ -53,6 +53,16 @@ TEST(Console, HostileInputNeverCrashes) {
     EXPECT_NE(session(binary + "\n" + binary + "\n").find("% "), std::string::npos);
 }
 
+// Divide and the score sheet write a move as made: the piece on its to-square names it, so a
+// promotion shows its new piece and an en-passant capture stays a pawn's.
+TEST(PositionCommands, MadeMovesAreNamedByThePieceThatArrived) {
+    const std::string out = session(
+        "fen 8/P6k/8/8/8/8/8/K7 w - -\ndivide 1\na7a8n\n"
+        "fen 4k3/8/8/3pP3/8/8/8/4K3 w - d6\ndivide 1\n");
+    for (const char* text : {"\nQa7a8=Q ", "\nNa7a8=N ", "1. Na7a8=N", "\ne5xd6 "})
+        EXPECT_NE(out.find(text), std::string::npos) << text << " in " << out;
+}
+
 // Typed in by hand, a game may grow past the board's history: it is played on exactly, and the console
 // search answers a legal move in it.
 TEST(PositionCommands, GameLongerThanTheHistory) {
