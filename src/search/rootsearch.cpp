@@ -92,8 +92,8 @@ void SearchThread::trimRootLine() {
 }
 
 // The depth of the first iteration: a deep enough table entry for the root lets the search begin
-// where the last one left off. Its move, when in the list, only vouches for the entry; the list keeps
-// the order its keys gave it.
+// where the last one left off. Its move, when in the list, goes first: searched later, it would have to
+// fail high and be searched again before the iteration could end.
 int SearchThread::startDepth() {
     TtEntry entry;
     if (!tt.probe(board, entry) || entry.move == NO_MOVE || entry.type == TT_UPPER) return 1;
@@ -103,6 +103,7 @@ int SearchThread::startDepth() {
         char text[MOVE_TEXT_SIZE];
         moveToText(board, text, driver->moves[i].move);
         Log().info("[tt] %s\n", text);
+        std::rotate(driver->moves, driver->moves + i, driver->moves + i + 1);
         const int start = entry.depth - (entry.type == TT_EXACT ? 0 : 1);
         return start < 1 ? 1 : start;
     }
