@@ -323,23 +323,23 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
         }
     }
 
-    // Futility: near the leaves, quiet moves cannot lift a hopeless score up to alpha.
-    int futility = -MATE;
-    bool futilityPruning = false;
+    // Futility: near the leaves, with the evaluation far enough below alpha, no move but a check, an
+    // extended move or a passed-pawn push is expected to reach alpha. The value is fixed here; whether
+    // it is below alpha is asked again for every move.
+    int futility = MATE;
     if (nodeType != NODE_PV && depth <= 4 && !inCheck && pieceCount(ownMaterial) > 0 &&
         alpha >= -(WON_BOUND - 1) && alpha <= WON_BOUND - 1) {
         const int e = evaluate(thread.eval, board);
         if (e < alpha) {
             futility = e + FUTILITY_MARGIN[depth];
             if (futility > best && futility < alpha) best = futility;
-            futilityPruning = futility < alpha;
         }
     }
 
     // The move loop.
-    const bool mayReduce = depth >= 2 && !inCheck && alpha >= -(WON_BOUND - 1);
+    const bool mayReduce = depth >= 2 && !inCheck;
     const NodeState node{ply,          beta,    depth,    newDepth,  lastMove,
-                         threatSquare, inCheck, extended, mayReduce, futilityPruning};
+                         threatSquare, inCheck, extended, mayReduce, futility};
     while (Move* batch = picker.next()) {
         const int stage = picker.stage;
         if (stage == PICK_QUIET && threat != NO_MOVE) picker.orderThreatEvasions(threat);
@@ -349,7 +349,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
             // The next move's table entry loads while this one is searched (futility skips most moves
             // unsearched, and their entries are not worth the key); the picker asked for the good
             // captures' entries already.
-            if (!futilityPruning && stage != PICK_GOOD_CAPTURES && cursor + 1 < picker.end &&
+            if (!node.futile(alpha) && stage != PICK_GOOD_CAPTURES && cursor + 1 < picker.end &&
                 cursor[1] != NO_MOVE)
                 tt.prefetchAfter(board, cursor[1]);
 
@@ -439,13 +439,16 @@ MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType
     const int side = static_cast<int>(board.sideToMove);
     if (exposesKing(board, board.kingSquare(side), moveFrom(move), moveTo(move))) return MoveOutcome::ILLEGAL;
 
-    const bool reductionCandidate = node.mayReduce && stage > PICK_KILLER_2;
+    // Both late-move reductions and futility ask the alpha of this move: one that rose during the
+    // loop may allow either for the moves after the rise.
+    const bool reductionCandidate = node.mayReduce && alpha >= -(WON_BOUND - 1) && stage > PICK_KILLER_2;
     const bool exempt = reductionCandidate && isExemptFromReduction(thread, move, node.threatSquare);
-    const bool passedPush = node.futilityPruning && isPawnSlot(board.at(moveFrom(move))) &&
+    const bool futile = node.futile(alpha);
+    const bool passedPush = futile && isPawnSlot(board.at(moveFrom(move))) &&
                             (passedPawnFiles(thread, side) & (1 << fileOf(moveFrom(move))));
 
     // The child's pawn entry loads while the move is made; futility skips most moves unsearched.
-    if (!node.futilityPruning) thread.eval.pawnHash.prefetchAfter(board, move);
+    if (!futile) thread.eval.pawnHash.prefetchAfter(board, move);
     const SavedState saved = saveState(board);
     made = makeMove(board, move);
     if (made == NO_MOVE) return MoveOutcome::ILLEGAL;
@@ -453,8 +456,8 @@ MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType
     // Per-move extensions.
     const int extension = node.extended ? 0 : moveExtension(board, made, node.lastMove, node.newDepth);
 
-    // Futility, continued: skip hopeless quiet moves without a search.
-    if (node.futilityPruning && extension == 0 && !givesCheck(made) && !passedPush) {
+    // Futility, continued: skip the hopeless move without a search, capture or not.
+    if (futile && extension == 0 && !givesCheck(made) && !passedPush) {
         takeBack(board, made, saved);
         stats.qnodes.add();
         stats.frontier.add();

@@ -16,9 +16,13 @@ struct NodeState {
     Move lastMove;  // the move that led to the node, with its check bits
     int threatSquare;
     bool inCheck;
-    bool extended;         // the node is extended already: no per-move extensions
-    bool mayReduce;        // late-move reductions allowed at this node
-    bool futilityPruning;  // hopeless quiet moves are skipped without a search
+    bool extended;   // the node is extended already: no per-move extensions
+    bool mayReduce;  // depth and check allow late-move reductions; each move also asks alpha
+    // The futility value: while it lies below the alpha of the moment, the moves after the hash move
+    // are skipped without a search, captures as well as quiet moves. MATE at nodes that never skip.
+    int futility;
+
+    bool futile(int alpha) const { return futility < alpha; }
 };
 
 enum class MoveOutcome {
