@@ -7,6 +7,7 @@
 // while the search is idle.
 #pragma once
 
+#include <algorithm>
 #include <atomic>
 #include <cstdint>
 
@@ -20,11 +21,12 @@ struct ClockLimits {
 };
 
 // The clock handed to the allocation for t milliseconds left: a fixed reserve of three seconds off a
-// long clock, half of a short one. Never more than half: the allocation adds the increment on top,
-// and an engine that may spend its whole clock each move bleeds it to nothing and then loses on time
-// to the first delay between the GUI and the engine.
+// long clock, half of a short one. Half, because the allocation adds the increment on top, and an
+// engine that may spend its whole clock each move bleeds it to nothing and then loses on time to the
+// first delay between the GUI and the engine. But never below a tenth of a second: with less the
+// search cannot finish its first iterations, and the allocation divides it among the moves to go.
 constexpr int usableClock(int t) {
-    return t > 6000 ? t - 3000 : t / 2;
+    return t > 6000 ? t - 3000 : std::max(t / 2, 100);
 }
 
 class TimeControl {

@@ -21,6 +21,18 @@ TEST(TimeControlTest, PhasesGrowAndNeverPassTheClock) {
                 }
 }
 
+TEST(TimeControlTest, ShortClocksAreHalvedButNotBelowATenthOfASecond) {
+    struct Case {
+        int clock, handedOn;
+    };
+    for (const Case c : {Case{10000, 7000}, Case{6001, 3001}, Case{6000, 3000}, Case{4000, 2000},
+                         Case{150, 100}, Case{40, 100}}) {
+        TimeControl tc;
+        tc.allocate(ClockLimits{.clockMs = c.clock});
+        EXPECT_EQ(tc.clockMs, c.handedOn) << c.clock;
+    }
+}
+
 TEST(TimeControlTest, PonderhitTurnsOnTheClockInThePhaseReached) {
     TimeControl tc;
     tc.setClock(0, 60000, 0);
