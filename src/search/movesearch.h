@@ -1,5 +1,6 @@
-// One move of an interior node: the pruning, reduction and re-search rules that alphaBeta applies to
-// every move of its loop, and that the helpers of a split point apply to the moves they take from it.
+// The tree search below the root: alpha-beta, quiescence, and one move of an interior node, with the
+// pruning, reduction and re-search rules that alphaBeta applies to every move of its loop and that the
+// helpers of a split point apply to the moves they take from it.
 #pragma once
 
 #include <atomic>
@@ -24,6 +25,12 @@ struct NodeState {
 
     bool futile(int alpha) const { return futility < alpha; }
 };
+
+// The score of the node at ply, reached by lastMove (with its check bits; 0 after a null move), searched
+// depth plies deep with the window (alpha, beta); leaves its best move and line in the thread's pv[ply].
+int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Move lastMove, int nodeType);
+// The same below the horizon: captures, and checks for the first levels while qdepth is above 0.
+int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, Move lastMove);
 
 enum class MoveOutcome {
     ILLEGAL,   // pinned or leaving the king in check: not a move of this node

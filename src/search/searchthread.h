@@ -150,10 +150,3 @@ extern SearchThread& searchThread;
 uint64_t totalNodes();
 // Per mille of the table taken over from earlier searches in this one.
 unsigned hashfull();
-// Sets every thread's stop flag.
-void stopAllThreads();
-// Waits until every worker has finished its part of the search.
-void waitForWorkers();
-
-int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Move lastMove, int nodeType);
-int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, Move lastMove);

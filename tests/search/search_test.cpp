@@ -6,6 +6,7 @@
 #include <string>
 
 #include "search/bench.h"
+#include "search/movesearch.h"
 #include "search/node.h"
 #include "search_helpers.h"
 
