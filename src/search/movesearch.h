@@ -8,7 +8,7 @@
 #include "board/move.h"
 #include "search/searchthread.h"
 
-// What a node fixes before its move loop and keeps for all its moves.
+// What a node knows of itself: filled in by the steps before its move loop, then kept for all its moves.
 struct NodeState {
     int ply;
     int beta;
