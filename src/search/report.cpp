@@ -38,10 +38,7 @@ std::string lineHead(const SearchThread& thread, int score) {
 
 void emit(const SearchThread& thread, const std::string& text) {
     Log().info("%s", text.c_str());
-    if (thread.request().echoLines) {
-        std::fputs(text.c_str(), stdout);
-        std::fflush(stdout);
-    }
+    if (SearchListener* listener = thread.request().listener) listener->reportText(text.c_str());
 }
 
 }  // namespace

@@ -48,6 +48,9 @@ class SearchListener {
     virtual void reportLine(const SearchReport& report) = 0;
     // The root move with this index (from 0) is being searched.
     virtual void reportMove(const SearchReport& report, int moveIndex, Move move) = 0;
+    // A line of the search's own log, ended by a newline: a principal variation, a root move being
+    // searched again, why the search ended. For a listener that shows them as they are.
+    virtual void reportText(const char*) {}
 };
 
 struct RootMove {
