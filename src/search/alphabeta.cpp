@@ -405,12 +405,8 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
             if (stopped(thread)) return 0;
             ++searched;
             if (v >= beta) return failHigh(thread, node, hashMove, made, v, true, PICK_START);
-            best = v;
             bestMove = made;
-            if (v > alpha) {
-                alpha = v;
-                copyLine(thread, ply, made);
-            }
+            raiseBest(thread, ply, made, v, best, alpha);  // the statistics count raises by later moves only
             if (nodeType == NODE_CUT) nodeType = NODE_ALL;
         } else {
             hashMove = NO_MOVE;
