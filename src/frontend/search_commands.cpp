@@ -16,9 +16,14 @@
 
 namespace {
 
-// Plays the move the console search found on the game board and shows the result.
+// Shows the search's lines as it writes them, then plays the move it found on the game board and
+// shows the result.
 class ConsoleListener : public SearchListener {
   public:
+    void reportText(const char* text) override {
+        fputs(text, stdout);
+        fflush(stdout);
+    }
     void finish(const SearchReport& report) override {
         const Move best = report.best;
         if (best == NO_MOVE) {
@@ -53,7 +58,6 @@ AfterCommand searchCommand(const char* rest) {
     request.board = gameBoard;
     request.maxDepth = consoleOptions.maxDepth;
     request.listener = &consoleListener;
-    request.echoLines = true;
     searchThread.startSearch(request, !consoleOptions.async);
     return AfterCommand::READ_NEXT;
 }

@@ -2,6 +2,8 @@
 // iterative deepening, check, single-reply, pawn-ending and recapture extensions, late-move reductions
 // guarded by threat tests, futility pruning near the leaves and a mate killer.
 #include <algorithm>
+#include <cassert>
+#include <optional>
 
 #include "board/legalmoves.h"
 #include "board/makemove.h"
@@ -97,8 +99,12 @@ bool isExemptFromReduction(SearchThread& thread, Move move, int threatSquare) {
     return worthExchange && see(board, side, move) >= 0;
 }
 
-// The cut-off of the move loop, for a move that reached beta: remember it in the table, the killers
-// and the line.
+bool stopped(const SearchThread& thread) {
+    return thread.stop.load(std::memory_order_relaxed);
+}
+
+// The cut-off of the node, for a move that reached beta: remember it in the table, the killers and
+// the line.
 int failHigh(SearchThread& thread, const NodeState& node, Move move, Move made, int v, bool first,
              int stage) {
     SearchStats& stats = thread.stats;
@@ -112,14 +118,207 @@ int failHigh(SearchThread& thread, const NodeState& node, Move move, Move made, 
     return v;
 }
 
+// Makes move, searches the child to depth with the window (alpha, beta) of this node, and takes the
+// move back. The move as made, or NO_MOVE when it is illegal.
+Move searchOnce(SearchThread& thread, int ply, Move move, int alpha, int beta, int depth, int childType,
+                int& v) {
+    Board& board = thread.board;
+    const SavedState saved = saveState(board);
+    const Move made = makeMove(board, move);
+    if (made == NO_MOVE) return NO_MOVE;
+    tt.prefetch(board);
+    v = -alphaBeta(thread, ply + 1, -beta, -alpha, depth, made, childType);
+    takeBack(board, made, saved);
+    return made;
+}
+
+// Probes the table for the node: the score when an entry settles it, else the hash move it offers
+// (left as it was when there is none).
+std::optional<int> probeTable(SearchThread& thread, const NodeState& node, int alpha, int nodeType,
+                              Move& hashMove) {
+    Board& board = thread.board;
+    SearchStats& stats = thread.stats;
+    stats.ttProbes.add();
+    TtEntry entry;
+    if (!tt.probe(board, entry)) return std::nullopt;
+    stats.ttHits.add();
+    const int score = scoreFromTt(entry.score, node.ply);
+    if (nodeType != NODE_PV && settlesNode(entry, score, node.depth, alpha, node.beta)) {
+        stats.ttCuts.add();
+        setLine(thread, node.ply, entry.move);
+        return score;
+    }
+    const Move stored = plainMove(entry.move);
+    if (stored != NO_MOVE && entry.depth >= node.depth - 2 &&
+        !(entry.type == TT_UPPER && nodeType == NODE_PV) && isValidMove(board, stored)) {
+        hashMove = stored;
+        tt.prefetchAfter(board, hashMove);
+    }
+    return std::nullopt;
+}
+
+// Endgame bitbases: the score of a position with few enough men, when it settles the node. Beyond the
+// probe ply only the smallest endings are probed; a decided result found at an odd ply is searched on,
+// so that the side that wins finds the way.
+std::optional<int> probeBitbases(SearchThread& thread, const NodeState& node, int alpha) {
+    const Board& board = thread.board;
+    const int ply = node.ply;
+    const int men = pieceCount(board.material[WHITE]) + pieceCount(board.material[BLACK]) +
+                    pawnCount(board.material[WHITE]) + pawnCount(board.material[BLACK]);
+    const int probeLimit = egbb.maxMen() - 2;
+    const int alwaysProbeLimit = probeLimit - 1;
+    if (men > probeLimit || board.epSquare != 0 || (men > alwaysProbeLimit && ply >= thread.probePlyLimit))
+        return std::nullopt;
+    int s;
+    if (!egbb.probe(board, s)) return std::nullopt;
+    if (s < -WON_BOUND && node.inCheck && alpha < -WON_BOUND && !hasLegalMove(thread.board))
+        return ply - MATE;
+    storeEntry(thread, ply, NO_MOVE, s, node.depth,
+               s >= node.beta ? TT_LOWER
+               : s <= alpha   ? TT_UPPER
+                              : TT_EXACT);
+    if (men > alwaysProbeLimit && ply >= thread.probePlyLimit - 1) return s;
+    if (s >= -(WON_BOUND - 1) && s <= WON_BOUND - 1) return s;
+    if ((ply & 1) == 0 && s + 1000 < alpha) return alpha - 1000;
+    return std::nullopt;
+}
+
+// Mate killer: a move that mated here before is likely to cut again, so a node that expects to fail
+// high tries it before anything else. The score when it cut; a killer that did not is forgotten.
+std::optional<int> mateKillerCut(SearchThread& thread, const NodeState& node, int nodeType) {
+    const int ply = node.ply;
+    const Move killer = thread.mateKiller[ply];
+    if (nodeType == NODE_PV || node.inCheck || killer == NO_MOVE) return std::nullopt;
+    Board& board = thread.board;
+    if (isValidMove(board, killer) && see(board, static_cast<int>(board.sideToMove), killer) >= 0) {
+        int v;
+        if (const Move made =
+                searchOnce(thread, ply, killer, node.beta - 1, node.beta, node.depth - 1, -nodeType, v)) {
+            if (stopped(thread)) return 0;
+            if (v >= node.beta) {
+                storeEntry(thread, ply, killer, v, node.depth, TT_LOWER);
+                setLine(thread, ply, made);
+                return v;
+            }
+        }
+    }
+    thread.mateKiller[ply] = NO_MOVE;
+    return std::nullopt;
+}
+
+// Null move: give the opponent a free move. A position still at beta after it needs no search of its
+// own (with few pieces, where zugzwang is real, only once a shallower search confirms it). Otherwise the
+// null move's refutation is the threat that the moves of the node should answer.
+std::optional<int> nullMove(SearchThread& thread, NodeState& node, int alpha, int nodeType, Move& threat) {
+    Board& board = thread.board;
+    SearchStats& stats = thread.stats;
+    const int ply = node.ply;
+    const int beta = node.beta;
+    const uint32_t ownMaterial = board.material[static_cast<int>(board.sideToMove)];
+    if (node.lastMove == NO_MOVE || node.inCheck || nodeType != NODE_CUT || beta < -(WON_BOUND - 1) ||
+        beta > WON_BOUND - 1 || pieceCount(ownMaterial) == 0)
+        return std::nullopt;
+    const SavedState saved = saveState(board);
+    makeNullMove(board);
+    tt.prefetch(board);
+    stats.nullTries.add();
+    const uint64_t before = stats.nodes.get() + stats.qnodes.get();
+    const int v =
+        -alphaBeta(thread, ply + 1, -beta, 1 - beta, node.depth - NULL_REDUCTION, NO_MOVE, NODE_ALL);
+    stats.nullNodes.add(stats.nodes.get() + stats.qnodes.get() - before);
+    takeBackNullMove(board, saved);
+    if (stopped(thread)) return 0;
+    threat = thread.pv[ply + 1][0];
+    if (v >= beta && v <= WON_BOUND - 1) {
+        bool cut = pieceCount(ownMaterial) > 3;
+        if (!cut) {
+            cut = alphaBeta(thread, ply, alpha, beta, node.depth - NULL_REDUCTION, node.lastMove, NODE_PV) >=
+                  beta;
+            if (stopped(thread)) return 0;
+        }
+        if (cut) {
+            stats.nullCuts.add();
+            storeEntry(thread, ply, NO_MOVE, v, node.depth, TT_LOWER);
+            return v;
+        }
+    }
+    // A reduced move that lets the opponent win, or whose destination the opponent attacks at once,
+    // was reduced wrongly: report a fail high so that the parent searches it in full.
+    if ((node.lastMove & MOVE_REDUCED) &&
+        (v <= -WON_BOUND || (threat != NO_MOVE && moveFrom(threat) == moveTo(node.lastMove))))
+        return -MATE;
+    if (threat != NO_MOVE) node.threatSquare = moveTo(threat);
+    return std::nullopt;
+}
+
+// Internal iterative deepening: a node without a hash move that expects to search more than one move
+// well finds one with a shallower search of itself. A mate that search proves settles the node.
+std::optional<int> internalDeepening(SearchThread& thread, const NodeState& node, int alpha, int nodeType,
+                                     Move& hashMove) {
+    const int depth = node.depth;
+    if (hashMove != NO_MOVE || depth <= 1 || !(nodeType == NODE_PV || (nodeType == NODE_CUT && depth > 2)))
+        return std::nullopt;
+    SearchStats& stats = thread.stats;
+    const int ply = node.ply;
+    const uint64_t before = stats.nodes.get() + stats.qnodes.get();
+    const int v = alphaBeta(thread, ply, alpha, node.beta, depth - 2, node.lastMove, nodeType);
+    stats.iidNodes.add(stats.nodes.get() + stats.qnodes.get() - before);
+    if (stopped(thread)) return 0;
+    const Move found = plainMove(thread.pv[ply][0]);
+    if (found != NO_MOVE && isValidMove(thread.board, found)) hashMove = found;
+    if (v >= MATE_BOUND && v >= node.beta) {
+        thread.mateKiller[ply] = hashMove;
+        return v;
+    }
+    if (v < -(MATE_BOUND - 1) && v < alpha) return v;
+    return std::nullopt;
+}
+
+// Futility: near the leaves, with the evaluation far enough below alpha, no move but a check, an
+// extended move or a passed-pawn push is expected to reach alpha. The futility value, or MATE at a node
+// that never skips; when it lies between the best score so far and alpha, the best score starts at it.
+// Whether it is below alpha is asked again for every move.
+int futilityValue(SearchThread& thread, const NodeState& node, int alpha, int nodeType, int& best) {
+    const Board& board = thread.board;
+    if (nodeType == NODE_PV || node.depth > 4 || node.inCheck ||
+        pieceCount(board.material[static_cast<int>(board.sideToMove)]) == 0 || alpha < -(WON_BOUND - 1) ||
+        alpha > WON_BOUND - 1)
+        return MATE;
+    const int e = evaluate(thread.eval, thread.board);
+    if (e >= alpha) return MATE;
+    const int futility = e + FUTILITY_MARGIN[node.depth];
+    if (futility > best && futility < alpha) best = futility;
+    return futility;
+}
+
+// A node that failed low with a recapture as its best move: when that recapture won more than the
+// opponent's capture took, it may have been judged too shallowly, and is searched once more a ply
+// deeper. Only here, where no move reached alpha: a node whose best move raised alpha has its exact
+// score already. The score when it now fails high.
+std::optional<int> recaptureAgain(SearchThread& thread, const NodeState& node, int& alpha, int nodeType,
+                                  int& best, Move bestMove) {
+    if (bestMove == NO_MOVE || moveTo(bestMove) != moveTo(node.lastMove) ||
+        capturedValue(bestMove) <= capturedValue(node.lastMove))
+        return std::nullopt;
+    const Move move = plainMove(bestMove);
+    int v;
+    const Move made = searchOnce(thread, node.ply, move, alpha, node.beta, node.depth, -nodeType, v);
+    if (made == NO_MOVE) return std::nullopt;
+    if (stopped(thread)) return 0;
+    if (v >= node.beta) return failHigh(thread, node, move, made, v, false, PICK_START);
+    if (raiseBest(thread, node.ply, made, v, best, alpha)) thread.stats.alphaRaises.add();
+    return std::nullopt;
+}
+
 }  // namespace
 
 int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Move lastMove, int nodeType) {
+    assert(ply > 0 && ply < MAX_PLY && -MATE <= alpha && alpha < beta && beta <= MATE);
     Board& board = thread.board;
     SearchStats& stats = thread.stats;
 
     // A stop request unwinds the whole tree.
-    if (thread.stop.load(std::memory_order_relaxed)) return 0;
+    if (stopped(thread)) return 0;
 
     // Only the root side's principal variation gets an extra ply at the horizon.
     if (nodeType == NODE_PV && depth == 0 && (ply & 1) == 0 && !givesCheck(lastMove)) depth = 1;
@@ -140,150 +339,55 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
     // The line from here is empty until a move fills it.
     thread.pv[ply][0] = NO_MOVE;
 
-    // The opponent moved back: we can move back too and repeat.
+    // Draws: the opponent moved back and we can move back too, fifty moves, insufficient material,
+    // repetition.
     if (const Move back = reversalDraw(board, ply, beta, lastMove)) {
-        thread.pv[ply][0] = back;
-        thread.pv[ply][1] = NO_MOVE;
+        setLine(thread, ply, back);
         return DRAW;
     }
-
-    // Fifty moves.
-    if (fiftyMoveDraw(board)) return DRAW;
-
-    // Insufficient material.
-    if (insufficientMaterial(board)) return DRAW;
-
-    // Repetition.
-    if (repetitionDraw(board, ply)) return DRAW;
+    if (fiftyMoveDraw(board) || insufficientMaterial(board) || repetitionDraw(board, ply)) return DRAW;
 
     const bool inCheck = givesCheck(lastMove);
+    // What the steps below learn about the node, the moves of its loop share.
+    NodeState node{.ply = ply,
+                   .beta = beta,
+                   .depth = depth,
+                   .newDepth = depth - 1,
+                   .lastMove = lastMove,
+                   .threatSquare = NO_THREAT,
+                   .inCheck = inCheck,
+                   .extended = false,
+                   .mayReduce = depth >= 2 && !inCheck,
+                   .futility = MATE};
 
     // Mate-distance pruning: no line from here can be shorter than the one already found.
     if (nodeType != NODE_PV) {
         if (const int bound = mateDistanceBound(ply, alpha, beta, inCheck)) return bound;
     }
 
-    // Transposition table.
+    // Transposition table: an entry may settle the node, or offer the move to search first.
     Move hashMove = NO_MOVE;
-    stats.ttProbes.add();
-    TtEntry entry;
-    if (tt.probe(board, entry)) {
-        stats.ttHits.add();
-        const int score = scoreFromTt(entry.score, ply);
-        if (nodeType != NODE_PV && settlesNode(entry, score, depth, alpha, beta)) {
-            stats.ttCuts.add();
-            setLine(thread, ply, entry.move);
-            return score;
-        }
-        const Move stored = plainMove(entry.move);
-        if (stored != NO_MOVE && entry.depth >= depth - 2 &&
-            !(entry.type == TT_UPPER && nodeType == NODE_PV) && isValidMove(board, stored)) {
-            hashMove = stored;
-            tt.prefetchAfter(board, hashMove);
-        }
-    }
-
-    const int side = static_cast<int>(board.sideToMove);
+    if (const auto v = probeTable(thread, node, alpha, nodeType, hashMove)) return *v;
 
     // Endgame bitbases.
-    const int men = pieceCount(board.material[WHITE]) + pieceCount(board.material[BLACK]) +
-                    pawnCount(board.material[WHITE]) + pawnCount(board.material[BLACK]);
-    const int probeLimit = egbb.maxMen() - 2;
-    const int alwaysProbeLimit = probeLimit - 1;
-    if (men <= probeLimit && board.epSquare == 0 && (men <= alwaysProbeLimit || ply < thread.probePlyLimit)) {
-        int s;
-        if (egbb.probe(board, s)) {
-            if (s < -WON_BOUND && inCheck && alpha < -WON_BOUND && !hasLegalMove(board)) return ply - MATE;
-            storeEntry(thread, ply, NO_MOVE, s, depth,
-                       s >= beta    ? TT_LOWER
-                       : s <= alpha ? TT_UPPER
-                                    : TT_EXACT);
-            if (men > alwaysProbeLimit && ply >= thread.probePlyLimit - 1) return s;
-            if (s >= -(WON_BOUND - 1) && s <= WON_BOUND - 1) return s;
-            if ((ply & 1) == 0 && s + 1000 < alpha) return alpha - 1000;
-        }
-    }
+    if (const auto v = probeBitbases(thread, node, alpha)) return *v;
 
-    // Mate killer: a move that mated here before is likely to cut again.
-    if (nodeType != NODE_PV && !inCheck && thread.mateKiller[ply] != NO_MOVE) {
-        const Move killer = thread.mateKiller[ply];
-        if (isValidMove(board, killer) && see(board, side, killer) >= 0) {
-            const SavedState saved = saveState(board);
-            if (const Move made = makeMove(board, killer)) {
-                tt.prefetch(board);
-                const int v = -alphaBeta(thread, ply + 1, -beta, 1 - beta, depth - 1, made, -nodeType);
-                takeBack(board, made, saved);
-                if (thread.stop.load(std::memory_order_relaxed)) return 0;
-                if (v >= beta) {
-                    storeEntry(thread, ply, killer, v, depth, TT_LOWER);
-                    setLine(thread, ply, made);
-                    return v;
-                }
-            }
-        }
-        thread.mateKiller[ply] = NO_MOVE;
-    }
+    // Mate killer: the move that mated here before.
+    if (const auto v = mateKillerCut(thread, node, nodeType)) return *v;
 
-    // Null move.
-    const uint32_t ownMaterial = board.material[side];
-    int threatSquare = NO_THREAT;
+    // Null move: a cut without a search of our own moves, or the threat they should answer.
     Move threat = NO_MOVE;
-    if (lastMove != NO_MOVE && !inCheck && nodeType == NODE_CUT && beta >= -(WON_BOUND - 1) &&
-        beta <= WON_BOUND - 1 && pieceCount(ownMaterial) > 0) {
-        const SavedState saved = saveState(board);
-        makeNullMove(board);
-        tt.prefetch(board);
-        stats.nullTries.add();
-        const uint64_t before = stats.nodes.get() + stats.qnodes.get();
-        int v = -alphaBeta(thread, ply + 1, -beta, 1 - beta, depth - NULL_REDUCTION, NO_MOVE, NODE_ALL);
-        stats.nullNodes.add(stats.nodes.get() + stats.qnodes.get() - before);
-        takeBackNullMove(board, saved);
-        if (thread.stop.load(std::memory_order_relaxed)) return 0;
-        threat = thread.pv[ply + 1][0];
-        if (v >= beta && v <= WON_BOUND - 1) {
-            // With few pieces zugzwang is real: confirm with a reduced search of our own moves.
-            bool cut = pieceCount(ownMaterial) > 3;
-            if (!cut) {
-                cut = alphaBeta(thread, ply, alpha, beta, depth - NULL_REDUCTION, lastMove, NODE_PV) >= beta;
-                if (thread.stop.load(std::memory_order_relaxed)) return 0;
-            }
-            if (cut) {
-                stats.nullCuts.add();
-                storeEntry(thread, ply, NO_MOVE, v, depth, TT_LOWER);
-                return v;
-            }
-        }
-        // A reduced move that lets the opponent win, or whose destination the opponent attacks at
-        // once, was reduced wrongly: report a fail high so that the parent searches it in full.
-        if ((lastMove & MOVE_REDUCED) &&
-            (v <= -WON_BOUND || (threat != NO_MOVE && moveFrom(threat) == moveTo(lastMove))))
-            return -MATE;
-        if (threat != NO_MOVE) threatSquare = moveTo(threat);
-    }
+    if (const auto v = nullMove(thread, node, alpha, nodeType, threat)) return *v;
 
-    // Internal iterative deepening finds a move to search first.
-    if (hashMove == NO_MOVE && depth > 1 && (nodeType == NODE_PV || (nodeType == NODE_CUT && depth > 2))) {
-        const uint64_t before = stats.nodes.get() + stats.qnodes.get();
-        const int v = alphaBeta(thread, ply, alpha, beta, depth - 2, lastMove, nodeType);
-        stats.iidNodes.add(stats.nodes.get() + stats.qnodes.get() - before);
-        if (thread.stop.load(std::memory_order_relaxed)) return 0;
-        const Move found = plainMove(thread.pv[ply][0]);
-        if (found != NO_MOVE && isValidMove(board, found)) hashMove = found;
-        if (v >= MATE_BOUND && v >= beta) {
-            thread.mateKiller[ply] = hashMove;
-            return v;
-        }
-        if (v < -(MATE_BOUND - 1) && v < alpha) return v;
-    }
+    // Internal iterative deepening: a hash move where the table had none.
+    if (const auto v = internalDeepening(thread, node, alpha, nodeType, hashMove)) return *v;
 
-    // Check and single-reply extensions.
+    // Check and single-reply extensions, for a side that has more than its king.
     Picker picker = inCheck ? Picker::evasions(board)
                             : Picker::interior(board, thread.killer[ply][0], thread.killer[ply][1]);
-    int newDepth = depth - 1;
-    bool extended = false;
-    if (inCheck && ownMaterial != 0) {
-        newDepth = picker.evasionCount() == 1 ? depth + 1 : depth;
-        extended = true;
+    if (inCheck && board.material[static_cast<int>(board.sideToMove)] != 0) {
+        node.newDepth = picker.evasionCount() == 1 ? depth + 1 : depth;
+        node.extended = true;
     }
 
     int best = -MATE;
@@ -291,55 +395,28 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
     const int alphaOnEntry = alpha;
     int searched = 0;  // legal moves searched or pruned
 
-    // The hash move first, made inline before any move is generated.
+    // The hash move first, before any move is generated; in check it waits for its turn among the
+    // evasions.
     if (hashMove != NO_MOVE && !inCheck) {
-        thread.eval.pawnHash.prefetchAfter(board, hashMove);
-        const SavedState saved = saveState(board);
-        if (const Move made = makeMove(board, hashMove)) {
-            tt.prefetch(board);
-            const int extension = extended ? 0 : moveExtension(board, made, lastMove, newDepth);
-            const int v = -alphaBeta(thread, ply + 1, -beta, -alpha, newDepth + extension, made, -nodeType);
-            takeBack(board, made, saved);
-            if (thread.stop.load(std::memory_order_relaxed)) return 0;
+        int v;
+        Move made;
+        if (searchMove(thread, node, nodeType, alpha, true, hashMove, PICK_START, v, made) ==
+            MoveOutcome::SEARCHED) {
+            if (stopped(thread)) return 0;
             ++searched;
-            if (v >= beta) {
-                storeEntry(thread, ply, hashMove, v, depth, TT_LOWER);
-                if (v >= MATE_BOUND) thread.mateKiller[ply] = hashMove;
-                if (isQuiet(hashMove)) updateKillers(thread, ply, hashMove);
-                stats.firstCuts.add();
-                stats.cutNodes.add();
-                setLine(thread, ply, made);
-                return v;
-            }
-            best = v;
+            if (v >= beta) return failHigh(thread, node, hashMove, made, v, true, PICK_START);
             bestMove = made;
-            if (v > alpha) {
-                alpha = v;
-                copyLine(thread, ply, made);
-            }
+            raiseBest(thread, ply, made, v, best, alpha);  // the statistics count raises by later moves only
             if (nodeType == NODE_CUT) nodeType = NODE_ALL;
         } else {
             hashMove = NO_MOVE;
         }
     }
 
-    // Futility: near the leaves, quiet moves cannot lift a hopeless score up to alpha.
-    int futility = -MATE;
-    bool futilityPruning = false;
-    if (nodeType != NODE_PV && depth <= 4 && !inCheck && pieceCount(ownMaterial) > 0 &&
-        alpha >= -(WON_BOUND - 1) && alpha <= WON_BOUND - 1) {
-        const int e = evaluate(thread.eval, board);
-        if (e < alpha) {
-            futility = e + FUTILITY_MARGIN[depth];
-            if (futility > best && futility < alpha) best = futility;
-            futilityPruning = futility < alpha;
-        }
-    }
+    // Futility: hopeless moves near the leaves are skipped.
+    node.futility = futilityValue(thread, node, alpha, nodeType, best);
 
     // The move loop.
-    const bool mayReduce = depth >= 2 && !inCheck && alpha >= -(WON_BOUND - 1);
-    const NodeState node{ply,          beta,    depth,    newDepth,  lastMove,
-                         threatSquare, inCheck, extended, mayReduce, futilityPruning};
     while (Move* batch = picker.next()) {
         const int stage = picker.stage;
         if (stage == PICK_QUIET && threat != NO_MOVE) picker.orderThreatEvasions(threat);
@@ -349,7 +426,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
             // The next move's table entry loads while this one is searched (futility skips most moves
             // unsearched, and their entries are not worth the key); the picker asked for the good
             // captures' entries already.
-            if (!futilityPruning && stage != PICK_GOOD_CAPTURES && cursor + 1 < picker.end &&
+            if (!node.futile(alpha) && stage != PICK_GOOD_CAPTURES && cursor + 1 < picker.end &&
                 cursor[1] != NO_MOVE)
                 tt.prefetchAfter(board, cursor[1]);
 
@@ -360,7 +437,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
                 SplitOutcome outcome{alpha, best, bestMove, NO_MOVE, 0};
                 if (splitNode(thread, node, nodeType, picker, cursor, inCheck ? NO_MOVE : hashMove, threat,
                               outcome)) {
-                    if (thread.stop.load(std::memory_order_relaxed)) return 0;
+                    if (stopped(thread)) return 0;
                     if (outcome.best >= beta)
                         return failHigh(thread, node, outcome.cutMove, outcome.bestMove, outcome.best, false,
                                         outcome.cutStage);
@@ -371,7 +448,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
                 }
             }
 
-            // Reduce, search or prune the move: searchMove.
+            // Reduce, search or prune the move.
             int v;
             Move made;
             const MoveOutcome outcome =
@@ -382,7 +459,7 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
             if (outcome == MoveOutcome::PRUNED) continue;
 
             // See what the move brought.
-            if (thread.stop.load(std::memory_order_relaxed)) return 0;
+            if (stopped(thread)) return 0;
             if (v >= beta) return failHigh(thread, node, move, made, v, first, stage);
             if (v > best) bestMove = made;
             if (raiseBest(thread, ply, made, v, best, alpha)) stats.alphaRaises.add();
@@ -396,29 +473,9 @@ int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Mov
         return inCheck ? ply - MATE : DRAW;
     }
 
-    // Fail low.
+    // Fail low, unless a recapture searched again lifts the node.
     if (best <= alphaOnEntry) {
-        // A recapture that won more than the opponent's capture took may have been judged too
-        // shallowly: search it once more a ply deeper. Only here, where no move reached alpha: a node
-        // whose best move raised alpha has its exact score already.
-        if (bestMove != NO_MOVE && moveTo(bestMove) == moveTo(lastMove) &&
-            capturedValue(bestMove) > capturedValue(lastMove)) {
-            const Move move = plainMove(bestMove);
-            const SavedState saved = saveState(board);
-            if (const Move made = makeMove(board, move)) {
-                const int v = -alphaBeta(thread, ply + 1, -beta, -alpha, depth, made, -nodeType);
-                takeBack(board, made, saved);
-                if (thread.stop.load(std::memory_order_relaxed)) return 0;
-                if (v >= beta) {
-                    storeEntry(thread, ply, move, v, depth, TT_LOWER);
-                    if (v > MATE_BOUND - 1) thread.mateKiller[ply] = move;
-                    stats.cutNodes.add();
-                    setLine(thread, ply, made);
-                    return v;
-                }
-                if (raiseBest(thread, ply, made, v, best, alpha)) stats.alphaRaises.add();
-            }
-        }
+        if (const auto v = recaptureAgain(thread, node, alpha, nodeType, best, bestMove)) return *v;
         if (best <= alphaOnEntry) {
             stats.allNodes.add();
             storeEntry(thread, ply, plainMove(bestMove), best, depth, TT_UPPER);
@@ -439,13 +496,16 @@ MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType
     const int side = static_cast<int>(board.sideToMove);
     if (exposesKing(board, board.kingSquare(side), moveFrom(move), moveTo(move))) return MoveOutcome::ILLEGAL;
 
-    const bool reductionCandidate = node.mayReduce && stage > PICK_KILLER_2;
+    // Both late-move reductions and futility ask the alpha of this move: one that rose during the
+    // loop may allow either for the moves after the rise.
+    const bool reductionCandidate = node.mayReduce && alpha >= -(WON_BOUND - 1) && stage > PICK_KILLER_2;
     const bool exempt = reductionCandidate && isExemptFromReduction(thread, move, node.threatSquare);
-    const bool passedPush = node.futilityPruning && isPawnSlot(board.at(moveFrom(move))) &&
+    const bool futile = node.futile(alpha);
+    const bool passedPush = futile && isPawnSlot(board.at(moveFrom(move))) &&
                             (passedPawnFiles(thread, side) & (1 << fileOf(moveFrom(move))));
 
     // The child's pawn entry loads while the move is made; futility skips most moves unsearched.
-    if (!node.futilityPruning) thread.eval.pawnHash.prefetchAfter(board, move);
+    if (!futile) thread.eval.pawnHash.prefetchAfter(board, move);
     const SavedState saved = saveState(board);
     made = makeMove(board, move);
     if (made == NO_MOVE) return MoveOutcome::ILLEGAL;
@@ -453,8 +513,8 @@ MoveOutcome searchMove(SearchThread& thread, const NodeState& node, int nodeType
     // Per-move extensions.
     const int extension = node.extended ? 0 : moveExtension(board, made, node.lastMove, node.newDepth);
 
-    // Futility, continued: skip hopeless quiet moves without a search.
-    if (node.futilityPruning && extension == 0 && !givesCheck(made) && !passedPush) {
+    // Futility, continued: skip the hopeless move without a search, capture or not.
+    if (futile && extension == 0 && !givesCheck(made) && !passedPush) {
         takeBack(board, made, saved);
         stats.qnodes.add();
         stats.frontier.add();

@@ -1,5 +1,6 @@
-// One move of an interior node: the pruning, reduction and re-search rules that alphaBeta applies to
-// every move of its loop, and that the helpers of a split point apply to the moves they take from it.
+// The tree search below the root: alpha-beta, quiescence, and one move of an interior node, with the
+// pruning, reduction and re-search rules that alphaBeta applies to every move of its loop and that the
+// helpers of a split point apply to the moves they take from it.
 #pragma once
 
 #include <atomic>
@@ -7,7 +8,7 @@
 #include "board/move.h"
 #include "search/searchthread.h"
 
-// What a node fixes before its move loop and keeps for all its moves.
+// What a node knows of itself: filled in by the steps before its move loop, then kept for all its moves.
 struct NodeState {
     int ply;
     int beta;
@@ -16,10 +17,20 @@ struct NodeState {
     Move lastMove;  // the move that led to the node, with its check bits
     int threatSquare;
     bool inCheck;
-    bool extended;         // the node is extended already: no per-move extensions
-    bool mayReduce;        // late-move reductions allowed at this node
-    bool futilityPruning;  // hopeless quiet moves are skipped without a search
+    bool extended;   // the node is extended already: no per-move extensions
+    bool mayReduce;  // depth and check allow late-move reductions; each move also asks alpha
+    // The futility value: while it lies below the alpha of the moment, the moves after the hash move
+    // are skipped without a search, captures as well as quiet moves. MATE at nodes that never skip.
+    int futility;
+
+    bool futile(int alpha) const { return futility < alpha; }
 };
+
+// The score of the node at ply, reached by lastMove (with its check bits; 0 after a null move), searched
+// depth plies deep with the window (alpha, beta); leaves its best move and line in the thread's pv[ply].
+int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Move lastMove, int nodeType);
+// The same below the horizon: captures, and checks for the first levels while qdepth is above 0.
+int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, Move lastMove);
 
 enum class MoveOutcome {
     ILLEGAL,   // pinned or leaving the king in check: not a move of this node

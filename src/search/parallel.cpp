@@ -2,13 +2,11 @@
 
 #include <algorithm>
 #include <cassert>
-#include <cstdio>
 
 #include "board/makemove.h"
 #include "frontend/util/log.h"
 #include "platform/platform.h"
 #include "search/node.h"
-#include "search/report.h"
 #include "search/timecontrol.h"
 
 namespace {
@@ -419,29 +417,17 @@ bool splitNode(SearchThread& thread, const NodeState& node, int nodeType, Picker
     return true;
 }
 
-std::string splitStatistics() {
-    uint64_t splits = 0;
-    uint32_t kills = 0;
-    const int count = smp.threadsInUse.load();
-    for (int i = 0; i < count; ++i) {
-        splits += searchThreads[i].stats.splitNodes.get();
-        kills += smp.slots[i].kills.load();
-    }
-    std::string text = "smp    : splits=" + formatCount(splits) + ", kills=" + formatCount(kills) + "\n";
-    char line[160];
-    for (int i = 0; i < count; ++i) {
+SplitFigures splitFigures() {
+    SplitFigures figures;
+    figures.threads = smp.threadsInUse.load();
+    for (int i = 0; i < figures.threads; ++i) {
         const WorkerSlot& slot = smp.slots[i];
+        figures.splits += searchThreads[i].stats.splitNodes.get();
+        figures.kills += slot.kills.load();
         const int active = static_cast<int>(i == 0 ? timeControl.elapsed() : slot.activeMs.load());
         const int wait = static_cast<int>(searchThreads[i].stats.splitWaitMs.get());
         const int admin = static_cast<int>(slot.adminMs.load());
-        char name[24];
-        if (i == 0)
-            std::snprintf(name, sizeof name, "master");
-        else
-            std::snprintf(name, sizeof name, "slave%i", i);
-        std::snprintf(line, sizeof line, "%s : wait=%ims, admin=%ims, work=%ims\n", name, wait, admin,
-                      std::max(0, active - wait - admin));
-        text += line;
+        figures.slots[i] = {wait, admin, std::max(0, active - wait - admin)};
     }
-    return text;
+    return figures;
 }

@@ -5,8 +5,6 @@
 // and spin while they wait for work inside one. The lock rules are in splitpoint.h.
 #pragma once
 
-#include <string>
-
 #include "search/movesearch.h"
 #include "search/picker.h"
 #include "search/searchthread.h"
@@ -48,5 +46,21 @@ struct SplitOutcome {
 bool splitNode(SearchThread& thread, const NodeState& node, int nodeType, Picker& picker, Move* cursor,
                Move skip, Move threat, SplitOutcome& outcome);
 
-// The "smp", "master" and "slave" lines of the statistics block.
-std::string splitStatistics();
+// Sets every thread's stop flag.
+void stopAllThreads();
+// Waits until every worker has finished its part of the search.
+void waitForWorkers();
+
+// What the threads of the last search did, for the statistics block: splits and the threads stopped
+// by fail highs, and per thread in use the milliseconds spent waiting for work, replaying paths, and
+// searching.
+struct SplitFigures {
+    struct Slot {
+        int waitMs, adminMs, workMs;
+    };
+    uint64_t splits = 0;
+    uint32_t kills = 0;
+    int threads = 0;
+    Slot slots[MAX_THREADS] = {};
+};
+SplitFigures splitFigures();

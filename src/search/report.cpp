@@ -38,10 +38,7 @@ std::string lineHead(const SearchThread& thread, int score) {
 
 void emit(const SearchThread& thread, const std::string& text) {
     Log().info("%s", text.c_str());
-    if (thread.request().echoLines) {
-        std::fputs(text.c_str(), stdout);
-        std::fflush(stdout);
-    }
+    if (SearchListener* listener = thread.request().listener) listener->reportText(text.c_str());
 }
 
 }  // namespace
@@ -129,6 +126,15 @@ void logStatistics(SearchThread&) {
     append(text, "iid    : %5.2f%%\n", percent(sum.iidNodes.get(), all));
     text += "reduce :  tries=" + formatCount(sum.reduceTries.get());
     append(text, ", fail=%5.2f%%\n", percent(sum.reduceFails.get(), sum.reduceTries.get()));
-    text += splitStatistics();
+    const SplitFigures split = splitFigures();
+    text += "smp    : splits=" + formatCount(split.splits) + ", kills=" + formatCount(split.kills) + "\n";
+    for (int i = 0; i < split.threads; ++i) {
+        const SplitFigures::Slot& slot = split.slots[i];
+        if (i == 0)
+            text += "master";
+        else
+            append(text, "slave%i", i);
+        append(text, " : wait=%ims, admin=%ims, work=%ims\n", slot.waitMs, slot.adminMs, slot.workMs);
+    }
     Log().info("%s", text.c_str());
 }

@@ -1,5 +1,5 @@
 // What the search writes about itself: principal-variation lines while it runs and the statistics
-// block at its end. Lines go to the log, and to standard output when the thread echoes them.
+// block at its end. Lines go to the log and to the search's listener.
 #pragma once
 
 #include <string>

@@ -11,6 +11,7 @@
 #include "board/see.h"
 #include "eval/evaluate.h"
 #include "frontend/util/log.h"
+#include "search/movesearch.h"
 #include "search/node.h"
 #include "search/parallel.h"
 #include "search/report.h"

@@ -21,6 +21,5 @@ struct SearchRequest {
     bool infinite = false;             // analysis and pondering: no time limit until ponderhit
     std::optional<ClockLimits> clock;  // none: the limits of the last search stand
     SearchListener* listener = nullptr;
-    bool echoLines = false;  // principal variations to standard output too (console searches)
     bool statistics = true;  // the statistics block in the log at the end
 };

@@ -5,6 +5,7 @@
 
 #include "board/gamemove.h"
 #include "frontend/util/log.h"
+#include "search/parallel.h"
 #include "search/timecontrol.h"
 #include "search/tt.h"
 

@@ -51,6 +51,9 @@ class SearchListener {
     virtual void reportLine(const SearchReport& report) = 0;
     // The root move with this index (from 0) is being searched.
     virtual void reportMove(const SearchReport& report, int moveIndex, Move move) = 0;
+    // A line of the search's own log, ended by a newline: a principal variation, a root move being
+    // searched again, why the search ended. For a listener that shows them as they are.
+    virtual void reportText(const char*) {}
 };
 
 struct RootMove {
@@ -161,10 +164,3 @@ extern SearchThread& searchThread;
 uint64_t totalNodes();
 // Per mille of the table taken over from earlier searches in this one.
 unsigned hashfull();
-// Sets every thread's stop flag.
-void stopAllThreads();
-// Waits until every worker has finished its part of the search.
-void waitForWorkers();
-
-int alphaBeta(SearchThread& thread, int ply, int alpha, int beta, int depth, Move lastMove, int nodeType);
-int quiescence(SearchThread& thread, int ply, int alpha, int beta, int qdepth, Move lastMove);

@@ -7,6 +7,7 @@
 // while the search is idle.
 #pragma once
 
+#include <algorithm>
 #include <atomic>
 #include <cstdint>
 
@@ -24,11 +25,12 @@ struct ClockLimits {
 };
 
 // The clock handed to the allocation for t milliseconds left: the overhead off a clock above twice
-// the overhead, half of a shorter one, but at least 100. Never more than half of a short clock: the
-// allocation adds the increment on top, and an engine that may spend its whole clock each move bleeds
-// it to nothing and then loses on time to the first delay between the GUI and the engine.
+// the overhead, half of a shorter one. Half, because the allocation adds the increment on top, and an
+// engine that may spend its whole clock each move bleeds it to nothing and then loses on time to the
+// first delay between the GUI and the engine. But never below a tenth of a second: with less the
+// search cannot finish its first iterations, and the allocation divides it among the moves to go.
 constexpr int usableClock(int t, int overheadMs = DEFAULT_OVERHEAD_MS) {
-    return t > 2 * overheadMs ? t - overheadMs : t / 2 > 100 ? t / 2 : 100;
+    return t > 2 * overheadMs ? t - overheadMs : std::max(t / 2, 100);
 }
 
 class TimeControl {

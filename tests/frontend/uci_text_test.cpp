@@ -24,28 +24,16 @@ TEST(UciText, ScoresBeyondTheMateBoundsAreMovesToMate) {
 }
 
 // With the clock down to a few increments no phase, panic included, may plan on more than half of
-// what is left (or the 100 ms floor): spending the whole clock plus the increment each move ends in a
-// time forfeit.
+// what is left, or a tenth of a second on the shortest clocks: spending the whole clock plus the
+// increment each move ends in a time forfeit.
 TEST(UciText, ShortClockKeepsHalfInReserveWhateverTheIncrement) {
-    for (int clock : {0, 1, 10, 44, 100, 150, 199, 1000, 5000}) {
+    for (int clock : {0, 1, 10, 44, 100, 150, 199, 200, 1000, 5000}) {
         for (int increment : {0, 10, 50, 1000}) {
             timeControl.setClock(0, usableClock(clock), increment);
             for (int limit : timeControl.phaseLimit)
                 EXPECT_LE(limit, std::max(clock / 2, 100)) << clock << "+" << increment;
         }
     }
-}
-
-// A lower overhead hands on more of a long clock; a short one is still halved.
-TEST(UciText, MoveOverheadIsWhatALongClockHandsOnLess) {
-    EXPECT_EQ(usableClock(10000), 7000);
-    EXPECT_EQ(usableClock(6001), 3001);
-    EXPECT_EQ(usableClock(4000), 2000);
-    EXPECT_EQ(usableClock(10000, 100), 9900);
-    EXPECT_EQ(usableClock(201, 100), 101);
-    EXPECT_EQ(usableClock(200, 100), 100);
-    EXPECT_EQ(usableClock(150, 100), 100);
-    EXPECT_EQ(usableClock(150, 0), 150);
 }
 
 }  // namespace

@@ -39,16 +39,14 @@ struct SearchOutcome {
     int finishes;
 };
 
-// Searches the game board as it stands on the search thread's own stack, synchronously; echoLines
-// prints the search's lines on the standard output.
-inline SearchOutcome searchGameBoard(int maxDepth, int moveTimeMs, bool echoLines = false) {
+// Searches the game board as it stands on the search thread's own stack, synchronously.
+inline SearchOutcome searchGameBoard(int maxDepth, int moveTimeMs) {
     RecordingListener listener;
     SearchRequest request;
     request.board = gameBoard;
     request.maxDepth = maxDepth;
     request.clock = ClockLimits{.moveTimeMs = moveTimeMs};
     request.listener = &listener;
-    request.echoLines = echoLines;
     request.statistics = false;
     searchThread.startSearch(request, true);
     char text[MOVE_TEXT_SIZE];

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "search/bench.h"
+#include "search/movesearch.h"
 #include "search/node.h"
 #include "search_helpers.h"
 
@@ -141,6 +142,16 @@ TEST(Search, OnlyANodeThatFailsLowSearchesItsRecaptureAgain) {
         ASSERT_TRUE(tt.probe(recaptured, child));
         EXPECT_EQ(child.depth, alpha == -MATE ? 1 : 2) << alpha;
     }
+}
+
+TEST(Search, ReductionsFollowTheAlphaOfEachMove) {
+    // The hash move Ra2 loses the back rank to Re1 mate, so the node starts its loop far below every
+    // ordinary score; the first sound move then lifts alpha, and the quiet moves after it are reduced.
+    SearchThread& thread = threadAt("4r1k1/5ppp/8/8/8/8/5PPP/R5K1 w - - 0 1");
+    storeEntry(thread, 2, isMove(thread.board, "Ra2"), 0, 20, TT_LOWER);
+    const int score = alphaBeta(thread, 2, -MATE, MATE, 2, NO_MOVE, NODE_PV);
+    EXPECT_GT(score, -WON_BOUND);
+    EXPECT_GT(thread.stats.reduceTries.get(), 0u);
 }
 
 TEST(Search, QuiescenceInCheckAtItsFirstLevelPassesThatLevelOn) {

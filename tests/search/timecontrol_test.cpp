@@ -21,6 +21,22 @@ TEST(TimeControlTest, PhasesGrowAndNeverPassTheClock) {
                 }
 }
 
+// The overhead comes off a clock above twice the overhead; a shorter one is halved, but never below a
+// tenth of a second. The default overhead is three seconds.
+TEST(TimeControlTest, ShortClocksAreHalvedButNotBelowATenthOfASecond) {
+    struct Case {
+        int clock, overhead, handedOn;
+    };
+    for (const Case c :
+         {Case{10000, 3000, 7000}, Case{6001, 3000, 3001}, Case{6000, 3000, 3000}, Case{4000, 3000, 2000},
+          Case{150, 3000, 100}, Case{40, 3000, 100}, Case{10000, 100, 9900}, Case{201, 100, 101},
+          Case{200, 100, 100}, Case{150, 0, 150}}) {
+        TimeControl tc;
+        tc.allocate(ClockLimits{.clockMs = c.clock, .overheadMs = c.overhead});
+        EXPECT_EQ(tc.clockMs, c.handedOn) << c.clock << " less " << c.overhead;
+    }
+}
+
 TEST(TimeControlTest, PonderhitTurnsOnTheClockInThePhaseReached) {
     TimeControl tc;
     tc.setClock(0, 60000, 0);
