@@ -184,6 +184,29 @@ TEST(Search, ARootMoveThatTakesOverIsStoredUnderTheRoot) {
     }
 }
 
+TEST(Search, TheRootsTableMoveIsSearchedFirst) {
+    // An exact depth-3 entry names h3; Rxd8+, which wins the queen, leads the list by its keys. The
+    // search starts at depth 3 with h3.
+    SearchThread& thread = threadAt("3qk3/8/8/8/8/8/7P/3RK3 w - - 0 1");
+    storeEntry(thread, 0, isMove(gameBoard, "h3"), 0, 3, TT_EXACT);
+    struct FirstMove : RecordingListener {
+        int depth = 0;
+        Move move = NO_MOVE;
+        void reportMove(const SearchReport& report, int, Move made) override {
+            if (move != NO_MOVE) return;
+            depth = report.depth;
+            move = made;
+        }
+    } listener;
+    SearchRequest request = analysisOfGameBoard(listener);
+    request.infinite = false;
+    request.maxDepth = 3;
+    request.clock = ClockLimits{.moveTimeMs = 20000};
+    searchThread.startSearch(request, true);
+    EXPECT_EQ(listener.depth, 3);
+    EXPECT_EQ(plainMove(listener.move), plainMove(isMove(gameBoard, "h3")));
+}
+
 TEST(Search, BenchNodeCountIsASignature) {
     const int depth = sanitized() ? 2 : 4;
     tt.alloc(256);  // cleared before every position: keep it small
