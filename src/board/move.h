@@ -58,5 +58,5 @@ constexpr Move promotionFlag(int kind) {
 constexpr int MAX_MOVES = 256;
 using MoveList = Move[MAX_MOVES];
 
-// Longest move text (e7xd8=Q++) and its end mark.
-constexpr int MOVE_TEXT_SIZE = 10;
+// Longest move text (Qe7xd8=Q++: a promotion shows its new piece first) and its end mark.
+constexpr int MOVE_TEXT_SIZE = 11;

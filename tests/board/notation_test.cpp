@@ -75,3 +75,12 @@ TEST(IsMove, ReadsBackEveryTextTheBoardWrites) {
 }
 
 }  // namespace
+
+// The longest text a move can have: a piece letter, a capture, a promotion and a double check.
+TEST(MoveToText, TheLongestTextFits) {
+    Board board = *boardFrom("5rk1/6P1/8/8/8/8/8/K5R1 w - -");
+    const Move made = makeMove(board, isMove(board, "g7f8q"));
+    const std::string text = textOf(board, made);
+    EXPECT_EQ(text, "Qg7xf8=Q++");
+    EXPECT_LT(text.size(), static_cast<size_t>(MOVE_TEXT_SIZE));
+}
