@@ -43,6 +43,8 @@ constexpr bool onLine(int d, int t, bool diagonal) {
 // king (toward the enemy, `forward` being +1 for White's king and -1 for Black's) goes first, where an
 // attack does most harm and where a king on its back rank has squares at all; then the king's own
 // file; then the a-side, an arbitrary but fixed choice that keeps the table a function of d alone.
+// Taking the square behind the king first instead played even with this order (927 games at 2+0.02,
+// -3 +/- 20 Elo), so the order that reads as the attack's purpose stays.
 constexpr bool takenBefore(int d, int t, int u, int forward) {
     auto steps = [d](int x) {
         const int dr = absolute(rankDiff(x) - rankDiff(d)), df = absolute(fileDiff(x) - fileDiff(d));
