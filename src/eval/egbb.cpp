@@ -60,11 +60,7 @@ bool endsInSeparator(const std::string& text) {
 }  // namespace
 
 bool EGBB::load(const char* directory) {
-    loadEntry = nullptr;
-    probeEntry = nullptr;
-    loaded = false;
-    initialised = false;
-    men = 0;
+    turnOff();
     path = directory && *directory ? directory : "egbb";
 #ifndef _WIN32
     std::replace(path.begin(), path.end(), '\\', '/');  // a directory written for Windows
